@@ -1,0 +1,3 @@
+#include "ai/AIProvider.h"
+
+AIProvider::~AIProvider() = default;

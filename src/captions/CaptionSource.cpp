@@ -1,0 +1,3 @@
+#include "captions/CaptionSource.h"
+
+CaptionSource::~CaptionSource() = default;

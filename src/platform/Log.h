@@ -1,0 +1,14 @@
+#pragma once
+
+// The one log of the application: a plain text file, one line per event, an ISO 8601 time, a
+// blank and the message. Callable from any thread; write failures are ignored.
+
+#include <QString>
+
+namespace Log {
+
+// <application data>/logs/cloud.log
+QString path();
+void write(const QString &message);
+
+} // namespace Log
