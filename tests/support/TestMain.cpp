@@ -22,6 +22,10 @@ int main(int argc, char *argv[])
                                     {"XDG_STATE_HOME", "/state"}, {"XDG_CACHE_HOME", "/cache"}})
         setenv(variable, QByteArray(root + folder).constData(), 1);
 
+    // Window tests run on the display xvfb-run gives; without one, on the offscreen platform.
+    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+
     QCoreApplication::setOrganizationName(QStringLiteral("QuilletTests"));
     QCoreApplication::setApplicationName(QStringLiteral("QuilletTests"));
     QApplication application(argc, argv);
