@@ -83,6 +83,25 @@ qsizetype characterCount(const QString &text)
     return count;
 }
 
+QStringList characters(const QString &text)
+{
+    QStringList result;
+    if (isSimple(text)) {
+        result.reserve(text.size());
+        for (const QChar c : text)
+            result.append(QString(c));
+        return result;
+    }
+    icu::UnicodeString holder;
+    icu::BreakIterator *it = breaker(text, holder);
+    if (!it)
+        return {text};
+    int32_t start = it->first();
+    for (int32_t end = it->next(); end != icu::BreakIterator::DONE; start = end, end = it->next())
+        result.append(text.mid(start, end - start));
+    return result;
+}
+
 QString prefix(const QString &text, qsizetype n)
 {
     if (n <= 0)

@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 namespace Text {
 
@@ -20,6 +21,8 @@ bool isIn(CharClass charClass, char32_t codePoint);
 QString trimmed(const QString &text, CharClass charClass = CharClass::WhitespacesAndNewlines);
 
 qsizetype characterCount(const QString &text);
+// The text cut into its user-perceived characters, in order.
+QStringList characters(const QString &text);
 // The first / last n user-perceived characters (the whole text when it has fewer).
 QString prefix(const QString &text, qsizetype n);
 QString suffix(const QString &text, qsizetype n);

@@ -18,6 +18,16 @@ TEST(Characters, CountsUserPerceivedCharacters)
     EXPECT_EQ(characterCount(QStringLiteral("🇰🇷🇫🇷")), 2);
 }
 
+TEST(Characters, SplitsIntoUserPerceivedCharacters)
+{
+    EXPECT_EQ(characters(QString()), QStringList());
+    EXPECT_EQ(characters(QStringLiteral("a b")), (QStringList{QStringLiteral("a"), QStringLiteral(" "), QStringLiteral("b")}));
+    EXPECT_EQ(characters(QStringLiteral("ab👍🏽c\u0301\r\n")),
+              (QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("👍🏽"), QStringLiteral("c\u0301"),
+                           QStringLiteral("\r\n")}));
+    EXPECT_EQ(characters(QStringLiteral("안녕")), (QStringList{QStringLiteral("안"), QStringLiteral("녕")}));
+}
+
 TEST(Characters, PrefixAndSuffixNeverSplitACharacter)
 {
     const QString text = QStringLiteral("ab👍🏽c\u0301d");
