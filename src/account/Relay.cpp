@@ -1,5 +1,7 @@
 #include "account/Relay.h"
 
+#include "platform/Keychain.h"
+
 #include <QSettings>
 
 namespace Relay {
@@ -12,6 +14,19 @@ QString baseURL()
 bool available()
 {
     return !baseURL().isEmpty();
+}
+
+QUrl url(const QString &path)
+{
+    return QUrl(baseURL() + path);
+}
+
+QMap<QString, QString> headers()
+{
+    const auto token = Keychain::get(QString::fromLatin1(sessionAccount));
+    if (!token)
+        return {};
+    return {{QString::fromLatin1(sessionHeader), *token}};
 }
 
 } // namespace Relay

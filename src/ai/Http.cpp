@@ -1,0 +1,144 @@
+#include "ai/Http.h"
+
+#include "text/Json.h"
+
+#include <QJsonDocument>
+#include <QLoggingCategory>
+#include <QThreadPool>
+
+#include <curl/curl.h>
+
+#include <memory>
+
+Q_LOGGING_CATEGORY(lcHttp, "quillet.http")
+
+namespace Http {
+
+namespace {
+
+void initialiseCurl()
+{
+    // curl_global_init is not thread-safe; a function-local static runs it exactly once.
+    static const CURLcode result = curl_global_init(CURL_GLOBAL_DEFAULT);
+    if (result != CURLE_OK)
+        qCWarning(lcHttp) << "curl_global_init failed:" << curl_easy_strerror(result);
+}
+
+struct CurlDeleter
+{
+    void operator()(CURL *handle) const { curl_easy_cleanup(handle); }
+    void operator()(curl_slist *list) const { curl_slist_free_all(list); }
+};
+
+using Handle = std::unique_ptr<CURL, CurlDeleter>;
+using HeaderList = std::unique_ptr<curl_slist, CurlDeleter>;
+
+size_t collect(char *data, size_t size, size_t count, void *target)
+{
+    auto *body = static_cast<QByteArray *>(target);
+    const size_t length = size * count;
+    if (body->size() + qsizetype(length) > maxResponseBytes)
+        return 0;  // makes curl stop with a write error
+    body->append(data, qsizetype(length));
+    return length;
+}
+
+HeaderList headerList(const Headers &headers)
+{
+    // An empty "Expect:" keeps curl from waiting for "100 Continue" before a large body.
+    curl_slist *list = curl_slist_append(nullptr, "Expect:");
+    for (auto it = headers.cbegin(); it != headers.cend(); ++it) {
+        // "Name;" is curl's way of sending a header with an empty value; "Name:" would drop it.
+        const QByteArray line = it.value().isEmpty() ? QByteArray(it.key().toUtf8() + ';')
+                                                     : QByteArray(it.key().toUtf8() + ": " + it.value().toUtf8());
+        list = curl_slist_append(list, line.constData());
+    }
+    return HeaderList(list);
+}
+
+void setMethodAndBody(CURL *handle, const Request &request)
+{
+    if (request.method == "GET") {
+        curl_easy_setopt(handle, CURLOPT_HTTPGET, 1L);
+        return;
+    }
+    curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE_LARGE, curl_off_t(request.body.size()));
+    curl_easy_setopt(handle, CURLOPT_POSTFIELDS, request.body.constData());
+    if (request.method != "POST")
+        curl_easy_setopt(handle, CURLOPT_CUSTOMREQUEST, request.method.constData());
+}
+
+bool hasHeader(const Headers &headers, QStringView name)
+{
+    for (auto it = headers.cbegin(); it != headers.cend(); ++it) {
+        if (it.key().compare(name, Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+std::optional<Response> send(const Request &request)
+{
+    initialiseCurl();
+    const Handle handle(curl_easy_init());
+    if (!handle)
+        return std::nullopt;
+    CURL *curl = handle.get();
+    const QByteArray url = request.url.toEncoded();
+    const HeaderList headers = headerList(request.headers);
+    Response response;
+    char error[CURL_ERROR_SIZE] = {};
+
+    curl_easy_setopt(curl, CURLOPT_URL, url.constData());
+    curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 0L);
+    // Signals can't serve several threads; without them a DNS time-out is not interruptible,
+    // which the overall time-out still bounds.
+    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, long(request.timeout.count()));
+    curl_easy_setopt(curl, CURLOPT_ACCEPT_ENCODING, "");
+    curl_easy_setopt(curl, CURLOPT_USERAGENT, "Quillet");
+    curl_easy_setopt(curl, CURLOPT_HTTPHEADER, headers.get());
+    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, collect);
+    curl_easy_setopt(curl, CURLOPT_WRITEDATA, &response.body);
+    curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, error);
+    setMethodAndBody(curl, request);
+
+    const CURLcode result = curl_easy_perform(curl);
+    if (result != CURLE_OK) {
+        qCWarning(lcHttp).noquote() << request.method << request.url.toDisplayString(QUrl::RemoveQuery)
+                                    << "failed:" << (error[0] ? error : curl_easy_strerror(result));
+        return std::nullopt;
+    }
+    long status = 0;
+    curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
+    response.status = int(status);
+    return response;
+}
+
+std::optional<JsonReply> postJSON(const QUrl &url, const Headers &headers, const QJsonObject &body,
+                                  std::chrono::milliseconds timeout)
+{
+    Request request{.url = url, .headers = headers,
+                    .body = QJsonDocument(body).toJson(QJsonDocument::Compact), .timeout = timeout};
+    if (!hasHeader(headers, u"Content-Type"))
+        request.headers.insert(QStringLiteral("Content-Type"), QStringLiteral("application/json"));
+    const auto response = send(request);
+    if (!response)
+        return std::nullopt;
+    return JsonReply{response->status, Text::Json::parseObject(response->body).value_or(QJsonObject())};
+}
+
+QThreadPool &taskPool()
+{
+    static QThreadPool *const pool = [] {
+        auto *created = new QThreadPool;  // never deleted: see the header
+        created->setMaxThreadCount(64);
+        return created;
+    }();
+    return *pool;
+}
+
+} // namespace Http
