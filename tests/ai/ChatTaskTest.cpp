@@ -1,10 +1,10 @@
 #include "ai/ChatTask.h"
 #include "ai/ClaudeProvider.h"
 
+#include "EventLoop.h"
 #include "VendorTest.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QJsonArray>
 #include <QThread>
@@ -12,16 +12,6 @@
 using namespace std::chrono_literals;
 
 namespace {
-
-// Runs the main thread's events until done() holds or the time is up.
-bool spinUntil(const std::function<bool()> &done, std::chrono::milliseconds limit = 10s)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (!done() && timer.elapsed() < limit.count())
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    return done();
-}
 
 // The reply echoes the text of the request's last message.
 TestServer::Response echo(const TestServer::Request &request)
@@ -61,7 +51,7 @@ TEST_F(VendorTest, TwentyChatsRunAtOnceOnOneClientAndAnswerOnTheMainThread)
                             replies.insert(question, reply.value_or(QStringLiteral("absent")));
                         });
     }
-    ASSERT_TRUE(spinUntil([&] { return replies.size() == count; }));
+    ASSERT_TRUE(runEventsUntil([&] { return replies.size() == count; }));
     EXPECT_FALSE(offMainThread);
     for (auto it = replies.cbegin(); it != replies.cend(); ++it)
         EXPECT_EQ(it.value(), it.key());
@@ -78,9 +68,9 @@ TEST_F(VendorTest, AReplyForAContextThatIsGoneIsDropped)
                                                [&](const std::optional<QString> &) { called = true; });
     ASSERT_TRUE(server.waitForRequests(1));
     context.reset();
-    spinUntil([&] { return done.isFinished(); }, 3s);
+    runEventsUntil([&] { return done.isFinished(); }, 3s);
     ASSERT_TRUE(done.isFinished());
     EXPECT_EQ(done.result(), QString());
-    QCoreApplication::processEvents();
+    runEventsFor(50ms);
     EXPECT_FALSE(called);
 }

@@ -7,6 +7,7 @@
 #include "ai/Attachment.h"
 #include "ai/Turn.h"
 
+#include "QtPrinters.h"
 #include "TestServer.h"
 
 #include <QJsonObject>
