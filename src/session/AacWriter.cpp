@@ -125,6 +125,9 @@ void AacWriter::close()
     // The encoder takes a short last frame; then it gives out what it holds back.
     if (!pending_.empty())
         sendPending(qsizetype(pending_.size()));
+    // A fragment ends here, so the last one holds only the encoder's tail: players that take the
+    // length from the index of fragments at the end of the file then get it nearly right.
+    av_write_frame(format_.get(), nullptr);
     encode(nullptr);
     av_write_trailer(format_.get());
     release();
