@@ -1,27 +1,14 @@
 #include "session/AacWriter.h"
 
 #include "AudioFile.h"
+#include "Tone.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <numbers>
-#include <vector>
-
-namespace {
-
-std::vector<float> tone(int sampleRate, double seconds)
-{
-    std::vector<float> samples(size_t(sampleRate * seconds));
-    for (size_t i = 0; i < samples.size(); ++i)
-        samples[i] = 0.3f * float(std::sin(2 * std::numbers::pi * 440.0 * double(i) / sampleRate));
-    return samples;
-}
-
-} // namespace
+#include <algorithm>
 
 TEST(AacWriter, WritesMonoAacThatDecodesToItsLength)
 {

@@ -1,0 +1,140 @@
+#include "session/AudioRecorder.h"
+
+#include "session/AacWriter.h"
+
+#include <condition_variable>
+#include <mutex>
+#include <vector>
+
+namespace {
+
+// A writer stalled this long (a hung disk) costs the newest sound, not unbounded memory.
+constexpr int queuedSecondsAtMost = 60;
+
+} // namespace
+
+// The hand-off between the audio thread and the writer thread.
+class AudioRecorder::Feed final
+{
+public:
+    using Chunks = std::vector<std::vector<float>>;
+
+    void open(int sampleRate)
+    {
+        std::scoped_lock lock(mutex_);
+        sampleRate_ = sampleRate;
+        chunks_.clear();
+        queued_ = 0;
+    }
+
+    void close()
+    {
+        std::scoped_lock lock(mutex_);
+        sampleRate_ = 0;
+    }
+
+    void append(const float *samples, qsizetype frames, int sampleRate, int channels)
+    {
+        if (frames <= 0 || channels <= 0 || sampleRate <= 0)
+            return;
+        std::vector<float> mono(size_t(frames), 0.0f);
+        const float share = 1.0f / float(channels);
+        for (qsizetype frame = 0; frame < frames; ++frame) {
+            for (int channel = 0; channel < channels; ++channel)
+                mono[size_t(frame)] += samples[frame * channels + channel] * share;
+        }
+        std::scoped_lock lock(mutex_);
+        if (sampleRate != sampleRate_ || queued_ + frames > qsizetype(queuedSecondsAtMost) * sampleRate_)
+            return;
+        chunks_.push_back(std::move(mono));
+        queued_ += frames;
+        ready_.notify_one();
+    }
+
+    // Writer thread: waits for sound; empty only once stop is requested.
+    Chunks take(std::stop_token stop)
+    {
+        std::unique_lock lock(mutex_);
+        ready_.wait(lock, stop, [this] { return !chunks_.empty(); });
+        Chunks taken;
+        taken.swap(chunks_);
+        queued_ = 0;
+        return taken;
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable_any ready_;
+    Chunks chunks_;
+    qsizetype queued_ = 0;
+    int sampleRate_ = 0;   // 0 while not recording
+};
+
+AudioRecorder::AudioRecorder(Microphone microphone)
+    : microphone_(std::move(microphone))
+    , feed_(std::make_shared<Feed>())
+{
+}
+
+AudioRecorder::~AudioRecorder()
+{
+    stop();
+}
+
+std::optional<QString> AudioRecorder::start(const QString &path)
+{
+    stop();
+    const int sampleRate = microphone_.sampleRate();
+    if (sampleRate <= 0)
+        return QStringLiteral("找不到麦克风");
+    auto file = std::make_unique<AacWriter>();
+    if (!file->open(path, sampleRate, bitRate_))
+        return QStringLiteral("无法创建录音文件");
+
+    feed_->open(sampleRate);
+    writer_ = std::jthread([feed = feed_, file = std::move(file)](std::stop_token stop) {
+        for (;;) {
+            const Feed::Chunks chunks = feed->take(stop);
+            // A failed write loses that piece only; recording goes on.
+            for (const std::vector<float> &chunk : chunks)
+                file->write(chunk.data(), qsizetype(chunk.size()));
+            if (chunks.empty())
+                break;
+        }
+        file->close();
+    });
+
+    try {
+        listener_ = microphone_.add([feed = std::weak_ptr<Feed>(feed_)](const float *samples, qsizetype frames,
+                                                                        int rate, int channels) {
+            if (const auto alive = feed.lock())
+                alive->append(samples, frames, rate, channels);
+        });
+    } catch (const std::exception &error) {
+        stopWriting();
+        return u"录音启动失败：" + QString::fromLocal8Bit(error.what());
+    }
+    return std::nullopt;
+}
+
+void AudioRecorder::stop()
+{
+    if (listener_)
+        microphone_.remove(*listener_);
+    listener_.reset();
+    stopWriting();
+}
+
+void AudioRecorder::append(const float *samples, qsizetype frames, int sampleRate, int channels)
+{
+    feed_->append(samples, frames, sampleRate, channels);
+}
+
+void AudioRecorder::stopWriting()
+{
+    feed_->close();
+    if (writer_.joinable()) {
+        writer_.request_stop();
+        writer_.join();
+    }
+}
