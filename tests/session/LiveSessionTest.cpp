@@ -231,3 +231,19 @@ TEST_F(LiveSessionTest, RecordsIntoItsFolderOrGoesOnWithoutAudio)
     EXPECT_EQ(audio->sampleRate, 16'000);
     EXPECT_NEAR(audio->seconds, 4.0, 4.0 * 0.05);
 }
+
+TEST_F(LiveSessionTest, AFolderThatCannotBeMadeLeavesTheClassRunning)
+{
+    const QString blocked = documents_.filePath(QStringLiteral("not a folder"));
+    put(blocked, "a file where the documents folder should be");
+    SessionStore::useDocumentsFolder(blocked);
+    const auto session = makeSession();
+    EXPECT_FALSE(QFileInfo(session->folder()).isDir());
+    EXPECT_EQ(session->startAudio(), QStringLiteral("无法创建录音文件"));
+    session->addLine(QStringLiteral("still taken down"));
+    schedule_.advance(2s);
+    session->finish(QStringLiteral("Lost"), std::nullopt);
+    EXPECT_EQ(session->data().lines.size(), 1);
+    EXPECT_EQ(session->data().title, QStringLiteral("Lost"));
+    EXPECT_EQ(read(blocked), "a file where the documents folder should be");
+}
