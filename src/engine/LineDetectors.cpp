@@ -1,0 +1,123 @@
+#include "engine/LineDetectors.h"
+
+#include "text/Characters.h"
+
+#include <algorithm>
+#include <string>
+
+namespace LineDetectors {
+
+namespace {
+
+// A question with fewer characters than these is too short to be worth an answer; drafts are
+// still moving, so they must be longer.
+constexpr qsizetype questionMinimum = 5;
+constexpr qsizetype draftQuestionMinimum = 7;
+
+} // namespace
+
+const Text::Regex &sentences()
+{
+    static const Text::Regex pattern(QStringLiteral(u"[^.?!。？！]+[.?!。？！]"));
+    return pattern;
+}
+
+const Text::Regex &garbage()
+{
+    static const Text::Regex pattern(QStringLiteral(u"[#*※‡|>☆¥]|\\d{2}:\\d{2}"));
+    return pattern;
+}
+
+const Text::Regex &rhetorical()
+{
+    static const Text::Regex pattern(
+        QStringLiteral(u"(죠|지요|잖아요|그쵸|그치|알겠어요|아시겠어요|이해했어요|됐어요|돼요|맞아요|그래요"
+                       u"|기억나세요|볼까 ?요|할까요|갈까요|넘어갈까요|시작할까요|right|okay|ok)\\s*\\?$"),
+        Text::Regex::Case::Insensitive);
+    return pattern;
+}
+
+const Text::Regex &questionLike()
+{
+    static const Text::Regex pattern(
+        QStringLiteral(u"(까요|나요|니까|ㄹ까|을까|를까|는가|은가|인가|는지|은지|가요|어요\\?|에요\\?|해요\\?)"
+                       u"[.\\s]*$"
+                       u"|(^|\\s)(뭐|뭘|뭔|무엇|무슨|왜|어떻게|어떤|누가|누구|언제|어디|몇|얼마|어느)"
+                       u"|(아는 사람|알아요|답해|대답|말해 볼|말해볼|해 볼 사람|해볼 사람|발표해|설명해 볼|생각해요)"
+                       u"|^(what|why|how|who|whom|which|when|where|do|does|did|is|are|was|were|can|could"
+                       u"|would|should|will|have|has|any ?one|anybody)\\b"
+                       u"|(吗|呢|什么|为什么|怎么|哪|谁|几|多少)[。.\\s]*$"
+                       u"|(ですか|ますか|でしょうか|かな|の)[。.\\s]*$"),
+        Text::Regex::Case::Insensitive);
+    return pattern;
+}
+
+const Text::Regex &noticeKeywords()
+{
+    static const Text::Regex pattern(
+        QStringLiteral(u"(midterm|final exam|exam|quiz|homework|assignment|due date|deadline|submit"
+                       u"|presentation|project|paper is due"
+                       u"|(jan|feb|mar|apr|may|jun|jul|aug|sep|sept|oct|nov|dec)[a-z]*\\.? ?\\d{1,2}"
+                       u"(st|nd|rd|th)?\\b"
+                       u"|\\b(next|this) (monday|tuesday|wednesday|thursday|friday|week)"
+                       u"|試験|課題|レポート|締め切り|\\d+ ?月 ?\\d+ ?日"
+                       u"|考试|考試|作业|截止|测验|小测|期中|期末|下周"
+                       u"|examen|devoir|prüfung|hausaufgabe|abgabe"
+                       u"|중간 ?고사|기말 ?고사|중앙 ?고사|중간 ?시험|기말 ?시험|\\d+ ?월 ?\\d+ ?일"
+                       u"|시험 ?범위|시험 ?문제|시험에 나|시험 ?날|시험 ?보|퀴즈|과제|숙제|레포트|리포트|보고서"
+                       u"|에세이|제출|마감|출석|휴강|보강|팀플|조별|학점|성적|출제|꼭 기억|외워|다음 ?주|공지"
+                       u"|이클래스|e-?class|LMS)"),
+        Text::Regex::Case::Insensitive);
+    return pattern;
+}
+
+const Text::Regex &classEnd()
+{
+    static const Text::Regex pattern(
+        QStringLiteral(u"(오늘은? ?여기까지|오늘 수업은? ?여기|수업 ?끝|수고하셨습니다|수고했어요"
+                       u"|다음 ?시간에 ?(봐요|뵙|만나)|다음 ?주에 ?(봐요|뵙|만나)"
+                       u"|that'?s (all|it) for today|see you (next|on|tomorrow)|class (is )?(over|dismissed)"
+                       u"|we'?ll stop here|let'?s stop here"
+                       u"|今天(就)?(到这|讲到这|上到这)|下课|下次(课)?见|今日はここまで|お疲れ様でした)"),
+        Text::Regex::Case::Insensitive);
+    return pattern;
+}
+
+QStringList sentencesIn(const QString &text)
+{
+    QStringList found;
+    for (const Text::Regex::Match &match : sentences().all(text))
+        found << match.text;
+    return found;
+}
+
+qsizetype nonBlankCount(const QString &text)
+{
+    std::u32string kept;
+    for (const char32_t point : text.toUcs4()) {
+        if (!Text::isIn(Text::CharClass::WhitespacesAndNewlines, point))
+            kept.push_back(point);
+    }
+    return Text::characterCount(QString::fromUcs4(kept.data(), qsizetype(kept.size())));
+}
+
+bool hasLetter(const QString &text)
+{
+    const auto points = text.toUcs4();
+    return std::any_of(points.cbegin(), points.cend(),
+                       [](char32_t point) { return Text::isIn(Text::CharClass::Letters, point); });
+}
+
+bool isQuestion(const QString &sentence)
+{
+    return (sentence.endsWith(u'?') || questionLike().matches(sentence))
+           && nonBlankCount(sentence) > questionMinimum && !rhetorical().matches(sentence);
+}
+
+bool isDraftQuestion(const QString &sentence)
+{
+    return nonBlankCount(sentence) > draftQuestionMinimum
+           && (sentence.endsWith(u'?') || sentence.endsWith(u'？')) && !rhetorical().matches(sentence);
+}
+
+} // namespace LineDetectors

@@ -1,0 +1,33 @@
+#pragma once
+
+// The fixed English instructions every model call of the product is built from, and the two
+// operations that fill them. The wording, the "SKIP" marker, the JSON shapes asked for and the
+// label "意思：" are what the reply parsers and the cards rely on. Pure; safe from any thread.
+
+#include "app/Config.h"
+
+#include <QHash>
+#include <QString>
+
+namespace Prompts {
+
+using Variables = QHash<QString, QString>;
+
+// Replaces every "{name}" by its value, plainly; placeholders without an entry stay as they are.
+QString fill(const QString &text, const Variables &variables);
+// The system prompt filled for the configured languages and the student's profile.
+QString system(const Config &config);
+
+// Templates; the names in braces are their placeholders.
+QString system();        // {lecture_language} {answer_language} {profile}
+QString question();      // {context} {sentences} {recent} {lecture_language} {answer_language}
+QString notice();        // {context} {sentences} {recent} {answer_language}
+QString liveSummary();   // {summary} {context} {answer_language}
+QString vocabulary();    // {lecture_language} {context} {known} {answer_language}
+QString finalSummary();  // {context} {summary} {answer_language}
+QString events();        // {context} {sentences} {today} {answer_language}
+QString correctSystem();
+QString correct();       // {lecture_language} {context} {lines} {answer_language}
+QString chat();          // {context} {message}
+
+} // namespace Prompts

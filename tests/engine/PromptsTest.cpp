@@ -1,0 +1,110 @@
+#include "QtPrinters.h"
+#include "app/Config.h"
+#include "engine/Prompts.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+TEST(Prompts, FillReplacesPlainlyAndLeavesUnknownPlaceholders)
+{
+    const QString text = u"{a} and {a}, {b}, {missing}"_s;
+    EXPECT_EQ(Prompts::fill(text, {{u"a"_s, u"x"_s}, {u"b"_s, u"$1 \\n {}"_s}, {u"unused"_s, u"y"_s}}),
+              u"x and x, $1 \\n {}, {missing}"_s);
+    EXPECT_EQ(Prompts::fill(text, {}), text);
+    // Merging the language entries into a template that doesn't name them changes nothing.
+    EXPECT_EQ(Prompts::fill(Prompts::correctSystem(), {{u"lecture_language"_s, u"Korean"_s}}),
+              Prompts::correctSystem());
+}
+
+TEST(Prompts, SystemForTheConfiguredLanguagesAndProfile)
+{
+    Config config;
+    config.lectureLanguage = u"Korean"_s;
+    config.answerLanguage = u"Simplified Chinese"_s;
+    EXPECT_EQ(Prompts::system(config), uR"P(You are a quiet in-class assistant for a university student.
+The lecture is in Korean. The student reads your output in Simplified Chinese on their laptop during class.
+About the student: International student. Wants to sound engaged and knowledgeable without disrupting the class.
+
+The transcript you receive comes from live speech recognition or screen OCR, so it contains
+recognition mistakes and garbage characters. Infer the intended words; ignore garbage.
+
+Style rules:
+- Be brief. The student glances at your output for a few seconds.
+- Anything the student should say out loud: one or two short, natural Korean sentences,
+  simple words plus at most one subject term, followed by a line starting with "意思：" giving the meaning in Simplified Chinese.
+- Stay close to what the teacher is talking about right now. No long tangents.
+- Never invent facts about dates, exams or assignments. Only report what the transcript says.)P"_s);
+    // Languages go in by their English names, never by their labels.
+    config.lectureLanguage = u"Japanese"_s;
+    config.answerLanguage = u"German"_s;
+    config.profile = u"A physics student."_s;
+    const QString filled = Prompts::system(config);
+    EXPECT_TRUE(filled.contains(u"The lecture is in Japanese. The student reads your output in German on"_s));
+    EXPECT_TRUE(filled.contains(u"About the student: A physics student.\n"_s));
+    EXPECT_FALSE(filled.contains(u'{'));
+}
+
+TEST(Prompts, TemplatesOfTheCorrectorChatAndFinalNotes)
+{
+    EXPECT_EQ(Prompts::correctSystem(), uR"P(You correct speech-recognition errors in lecture transcripts and translate them precisely. You reply with JSON only.)P"_s);
+    EXPECT_EQ(Prompts::fill(Prompts::correct(), {{u"lecture_language"_s, u"Korean"_s},
+                                                 {u"context"_s, u"앞 문장"_s},
+                                                 {u"lines"_s, uR"(["배만 원이에요"])"_s},
+                                                 {u"answer_language"_s, u"Simplified Chinese"_s}}),
+              uR"P(Live transcript of a university lecture in Korean (it may contain some English).
+Speech recognition often writes a similar-sounding wrong word: a common word instead of a subject term,
+a name instead of a word, or a number heard as a word (e.g. 백만 원 → 배만 원).
+
+Earlier sentences (already corrected, oldest first):
+<context>
+앞 문장
+</context>
+
+New sentences, as a JSON array:
+["배만 원이에요"]
+
+For each sentence:
+1. "text": fix only words that were clearly misheard, using the context and the subject. Do not rephrase,
+   shorten, complete or add anything; if it is fine, keep it exactly as it is.
+2. "translation": translate the fixed sentence into Simplified Chinese. It must read like something written
+   in Simplified Chinese from the start: rebuild the word order the way a native speaker would say it (do not
+   follow the source language's word order), use that language's punctuation, and split or join clauses so it
+   reads smoothly. Translate the meaning, not the words: idioms and set phrases become the expression a native
+   speaker would actually use (e.g. "adds a little intrigue" → "多了一点悬念", not "增添了一点阴谋").
+   Keep the meaning exact and translate subject terms correctly; drop filler words (어, 음, 그, 자, um, uh). An unfinished sentence stays unfinished; add nothing that was not said.
+Reply with only a JSON array of the same length, in order: [{"text": "...", "translation": "..."}, ...])P"_s);
+    EXPECT_EQ(Prompts::fill(Prompts::chat(), {{u"context"_s, QString()}, {u"message"_s, u"What is entropy?"_s}}),
+              uR"P(The student is chatting with you from the floating panel during or after class.
+Answer what they ask, briefly. Use the lecture transcript below when the question is about the class;
+otherwise answer normally.
+
+Recent lecture transcript (oldest first, may be empty):
+<transcript>
+
+</transcript>
+
+Student's message:
+What is entropy?)P"_s);
+    EXPECT_EQ(Prompts::fill(Prompts::finalSummary(), {{u"context"_s, u"line one\nline two"_s},
+                                                      {u"summary"_s, u"(none)"_s},
+                                                      {u"answer_language"_s, u"Simplified Chinese"_s}}),
+              uR"P(The lecture has ended. Full transcript (live speech recognition, oldest first; may contain recognition errors):
+<transcript>
+line one
+line two
+</transcript>
+
+Running summary made during class:
+<summary>
+(none)
+</summary>
+
+Write the final class notes in Simplified Chinese for a student reviewing later:
+1. One line: what this class was about.
+2. The content, grouped by topic in the order taught, each with a short heading and "- " bullets
+   (definitions, reasoning, examples, formulas; subject terms in the original language in parentheses).
+3. "⚠️ 考试 / 作业" — only what the teacher actually said about exams, assignments, deadlines (omit if nothing).
+4. "复习要点" — 3 to 5 things most worth reviewing.
+Correct obvious recognition errors from context. No introduction or closing remarks.)P"_s);
+}
