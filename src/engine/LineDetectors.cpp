@@ -13,6 +13,23 @@ namespace {
 // still moving, so they must be longer.
 constexpr qsizetype questionMinimum = 5;
 constexpr qsizetype draftQuestionMinimum = 7;
+constexpr QStringView closingMarks = u".?!。？！";
+constexpr int digitRunKept = 3;
+
+// The notice pattern's "\d+ ?月" retries a long digit run from each of its digits, which takes
+// seconds on a line of thousands of digits. No alternative of that pattern tells a run of three
+// digits from a longer one, so longer runs are cut to three before it is tried.
+QString shortDigitRuns(const QString &text)
+{
+    std::u32string kept;
+    int run = 0;
+    for (const char32_t point : text.toUcs4()) {
+        run = Text::isIn(Text::CharClass::DecimalDigits, point) ? run + 1 : 0;
+        if (run <= digitRunKept)
+            kept.push_back(point);
+    }
+    return QString::fromUcs4(kept.data(), qsizetype(kept.size()));
+}
 
 } // namespace
 
@@ -85,8 +102,13 @@ const Text::Regex &classEnd()
 
 QStringList sentencesIn(const QString &text)
 {
+    // Every sentence ends in a closing mark, so the text after the last one can hold none; cut
+    // off, it can't make the pattern retry a long unfinished tail from each of its positions.
+    qsizetype end = text.size();
+    while (end > 0 && !closingMarks.contains(text[end - 1]))
+        --end;
     QStringList found;
-    for (const Text::Regex::Match &match : sentences().all(text))
+    for (const Text::Regex::Match &match : sentences().all(text.left(end)))
         found << match.text;
     return found;
 }
@@ -112,6 +134,11 @@ bool isQuestion(const QString &sentence)
 {
     return (sentence.endsWith(u'?') || questionLike().matches(sentence))
            && nonBlankCount(sentence) > questionMinimum && !rhetorical().matches(sentence);
+}
+
+bool isNotice(const QString &sentence)
+{
+    return noticeKeywords().matches(shortDigitRuns(sentence));
 }
 
 bool isDraftQuestion(const QString &sentence)

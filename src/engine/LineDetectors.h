@@ -32,6 +32,8 @@ bool hasLetter(const QString &text);
 
 // A finished sentence (already trimmed, "？" already made "?") that asks the class something.
 bool isQuestion(const QString &sentence);
+// A sentence that speaks of exams, homework, the schedule or a date.
+bool isNotice(const QString &sentence);
 // A sentence of the unfinished draft (already trimmed) that asks the class something.
 bool isDraftQuestion(const QString &sentence);
 

@@ -71,6 +71,13 @@ TEST(LineDetectors, NoticeKeywordsInManyScripts)
                                 u"die Prüfung"_s, u"이클래스에 올렸어요"_s, u"check the LMS"_s})
         EXPECT_TRUE(noticeKeywords().matches(text)) << text.toStdString();
     EXPECT_FALSE(noticeKeywords().matches(u"The function converges"_s));
+
+    // isNotice answers as the pattern does, long digit runs included.
+    for (const QString &text : {u"제출은 12345월 3일"_s, u"报告 2026 年 10 月 1234567 日"_s, u"Sept 12345"_s,
+                                u"sep 1234th"_s, u"Due Oct. 3rd"_s, u"Room 123456"_s, u"Version 𝟏𝟐𝟑𝟒𝟓月𝟗日"_s})
+        EXPECT_EQ(isNotice(text), noticeKeywords().matches(text)) << text.toStdString();
+    EXPECT_TRUE(isNotice(u"Chapter "_s + QString(10000, u'7') + u"月3日"_s));
+    EXPECT_FALSE(isNotice(u"Chapter "_s + QString(10000, u'7')));
 }
 
 TEST(LineDetectors, ClassEndPhrases)

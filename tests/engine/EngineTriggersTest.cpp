@@ -1,0 +1,595 @@
+#include "EngineFixture.h"
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+// A main provider that only sets the context budget; it is never asked anything.
+class BudgetProvider final : public AIProvider
+{
+public:
+    QString displayName() const override { return u"Budget"_s; }
+    int contextChars() const override { return 40; }
+    std::optional<QString> chat(const QString &, const QList<Turn> &) const override
+    {
+        ADD_FAILURE() << "the main provider serves no live call";
+        return std::nullopt;
+    }
+};
+
+QStringList numbered(const QString &pattern, int from, int to)
+{
+    QStringList lines;
+    for (int i = from; i <= to; ++i)
+        lines << pattern.arg(i);
+    return lines;
+}
+
+// Distinct Korean lines whose keys differ.
+QStringList koreanLines(int from, int count)
+{
+    QStringList lines;
+    for (int i = from; i < from + count; ++i)
+        lines << u"강의 내용 "_s + QChar(0xAC00 + 3 * i) + QChar(0xAC01 + 5 * i) + u" 부분입니다"_s;
+    return lines;
+}
+
+} // namespace
+
+TEST_F(EngineTest, QuestionIsBatchedAndAskedOnceWithTheFullPrompt)
+{
+    startWith(micConfig());
+    const QString answer = u"It measures disorder.\n意思：它衡量无序程度。"_s;
+    fake->setHandler([&](const FakeProvider::Call &) { return answer; });
+    pass({u"Good morning everyone."_s, u"What is entropy in this system?"_s});
+    pass({u"Think about it."_s});
+    pass({u"Take your time."_s});
+    ASSERT_TRUE(fake->waitForCalls(1));
+    const FakeProvider::Call call = fake->calls().first();
+    EXPECT_EQ(call.system, uR"P(You are a quiet in-class assistant for a university student.
+The lecture is in English. The student reads your output in Simplified Chinese on their laptop during class.
+About the student: International student. Wants to sound engaged and knowledgeable without disrupting the class.
+
+The transcript you receive comes from live speech recognition or screen OCR, so it contains
+recognition mistakes and garbage characters. Infer the intended words; ignore garbage.
+
+Style rules:
+- Be brief. The student glances at your output for a few seconds.
+- Anything the student should say out loud: one or two short, natural English sentences,
+  simple words plus at most one subject term, followed by a line starting with "意思：" giving the meaning in Simplified Chinese.
+- Stay close to what the teacher is talking about right now. No long tangents.
+- Never invent facts about dates, exams or assignments. Only report what the transcript says.)P"_s);
+    ASSERT_EQ(call.turns.size(), 1);
+    EXPECT_EQ(call.turns[0].role, u"user"_s);
+    EXPECT_TRUE(call.turns[0].attachments.isEmpty());
+    EXPECT_EQ(call.prompt(), uR"P(Recent transcript (oldest first):
+<transcript>
+Good morning everyone.
+What is entropy in this system?
+Think about it.
+Take your time.
+</transcript>
+
+Sentences that may be questions (question words or endings, or a question mark), detected over the last
+few seconds; some may still be unfinished. Live captions often contain several drafts of the same sentence;
+treat near-duplicates as one:
+<sentences>
+What is entropy in this system?
+</sentences>
+
+Already shown to the student (do not repeat these):
+<already_shown>
+(nothing yet)
+</already_shown>
+
+Decide whether the teacher is asking the students something they could answer — including
+"do you know ...?" questions addressed to the class. Skip only clear non-questions: tag questions
+like "right?", the teacher talking to themself, or transitions like "shall we look at the next one?".
+When in doubt, answer: a needless answer costs the student a glance, a missed question costs more.
+
+Answer only the most recent real question that has not already been shown.
+If there is none, reply with exactly: SKIP
+
+Otherwise reply in exactly two lines (the student already sees the question in the live translation):
+<suggested answer in English>
+意思：<meaning in Simplified Chinese>)P"_s);
+    ASSERT_TRUE(seen.waitFor([&] { return seen.results().size() == 1; }));
+    const Recorder::Result result = seen.results().first();
+    EXPECT_EQ(result.kind, Engine::questionKind);
+    EXPECT_EQ(result.text, answer);
+    EXPECT_EQ(result.time, clock->now().toLocalTime().toString(u"HH:mm"_s));
+
+    // Heard again it isn't asked again; a tag question and a question word inside a sentence ask nothing.
+    pass({u"What is entropy in this system?"_s, u"Entropy always grows, right?"_s, u"So what is entropy"_s});
+    pass({u"Let us go on."_s}, 1s);
+    settle();
+    EXPECT_EQ(fake->calls().size(), 1);
+}
+
+TEST_F(EngineTest, DraftQuestionWaitsForTheNextLine)
+{
+    startWith(micConfig());
+    source->setDraft(u"Does anyone know why entropy grows"_s);
+    pass();
+    source->setDraft(u"Does anyone know why entropy grows?"_s);
+    pass();
+    // Another draft of the same sentence: the same last ten letters, the same question.
+    source->setDraft(u"So, does anyone know why entropy grows?"_s);
+    pass();
+    pass({}, 10s);
+    settle();
+    EXPECT_TRUE(fake->calls().isEmpty());
+    source->setDraft(QString());
+    pass({u"Hmm."_s});
+    ASSERT_TRUE(fake->waitForCalls(1));
+    EXPECT_TRUE(fake->calls().first().prompt().contains(
+        u"<sentences>\nDoes anyone know why entropy grows?\n</sentences>"_s));
+}
+
+TEST_F(EngineTest, QuestionHeardWhileSwitchedOffIsNeverAsked)
+{
+    startWith(micConfig());
+    engine->setSwitches({.questions = false, .exams = true, .keyPoints = false, .vocabulary = false});
+    pass({u"Why does entropy grow?"_s});
+    pass({u"Fine."_s}, 1s);
+    engine->setSwitches(Switches{});
+    pass({u"Why does entropy grow?"_s});
+    pass({u"Fine again."_s}, 1s);
+    settle();
+    EXPECT_TRUE(fake->calls().isEmpty());
+    pass({u"How is temperature defined?"_s});
+    pass({u"Go on."_s}, 1s);
+    ASSERT_TRUE(fake->waitForCalls(1));
+    EXPECT_TRUE(fake->calls().first().prompt().contains(u"<sentences>\nHow is temperature defined?\n"_s));
+}
+
+TEST_F(EngineTest, CardRepliesSkipBlankAndFailures)
+{
+    startWith(micConfig());
+    const auto ask = [&](const QString &question, std::optional<QString> reply) {
+        fake->enqueue(std::move(reply));
+        pass({question});
+        pass({u"Go on."_s}, 1s);
+        settle();
+    };
+    ask(u"What is the first law?"_s, u"  SKIP \n"_s);
+    ask(u"What is the second law?"_s, QString());
+    ask(u"What is the third law?"_s, std::nullopt);
+    ask(u"What is the zeroth law?"_s, u"SKIP."_s);
+    ask(u"Who wrote the first paper?"_s, u"（无法连接 Fake）"_s);
+    QStringList shown;
+    for (const Recorder::Result &result : seen.results())
+        shown << result.text;
+    EXPECT_EQ(shown, QStringList({u"SKIP."_s, u"（无法连接 Fake）"_s}));
+
+    for (int i = 1; i <= 4; ++i)
+        ask(u"Which answer comes now, number %1?"_s.arg(QChar(u'A' + i)), u"A%1"_s.arg(i));
+    ask(u"What did we learn today?"_s, u"SKIP"_s);
+    // Only the last five cards are kept to be named as shown.
+    EXPECT_TRUE(fake->calls().last().prompt().contains(
+        u"<already_shown>\n（无法连接 Fake）\n\nA1\n\nA2\n\nA3\n\nA4\n</already_shown>"_s));
+    EXPECT_EQ(fake->calls().size(), 10);
+}
+
+TEST_F(EngineTest, NoticeAndDatedEvents)
+{
+    startWith(micConfig());
+    fake->setHandler([](const FakeProvider::Call &call) -> std::optional<QString> {
+        if (call.prompt().contains(u"Sentences that may announce a date"_s))
+            return uR"(Events: [
+                {"title": "期中考试", "date": "2026-04-20", "time": "after class", "note": "第一到五章"},
+                {"title": "期中复习", "date": "2026-04-20", "time": "10:00", "note": ""},
+                {"title": "作业", "date": "next week", "time": "", "note": ""},
+                {"title": "Quiz", "date": "2026-03-09", "time": "9:30"}
+            ])"_s;
+        return u"期中考试：4月20日，第一到五章。"_s;
+    });
+    pass({u"The midterm exam is on April 20th."_s});
+    pass({u"Please prepare."_s}, 1s);
+    settle();
+    EXPECT_TRUE(fake->calls().isEmpty());
+    pass({u"Chapters one to five."_s}, 500ms);
+    ASSERT_TRUE(fake->waitForCalls(2));
+    settle();
+    const auto notices = callsContaining(u"exam/homework/schedule keyword"_s);
+    const auto dates = callsContaining(u"Sentences that may announce a date"_s);
+    ASSERT_EQ(notices.size(), 1);
+    ASSERT_EQ(dates.size(), 1);
+    EXPECT_EQ(notices[0].prompt(), uR"P(Recent transcript (oldest first):
+<transcript>
+The midterm exam is on April 20th.
+Please prepare.
+Chapters one to five.
+</transcript>
+
+Sentences that matched an exam/homework/schedule keyword over the last few seconds
+(live captions often contain several drafts of the same sentence):
+<sentences>
+The midterm exam is on April 20th.
+</sentences>
+
+Already shown to the student (do not repeat these):
+<already_shown>
+(nothing yet)
+</already_shown>
+
+Decide whether the teacher is actually announcing something about exams, assignments, deadlines,
+attendance, class schedule, or hinting what will be on a test. Words like 시험 can also mean "experiment",
+and 발표 can mean "published", so read the context.
+
+If it is NOT such an announcement, or everything in it was already shown, reply with exactly: SKIP
+
+Otherwise reply in Simplified Chinese in one to three short lines listing only the facts stated
+(what, when, format, how to submit). Note anything that is unclear instead of guessing.)P"_s);
+    EXPECT_EQ(dates[0].prompt(), uR"P(Recent transcript (oldest first):
+<transcript>
+The midterm exam is on April 20th.
+Please prepare.
+Chapters one to five.
+</transcript>
+
+Sentences that may announce a date:
+<sentences>
+The midterm exam is on April 20th.
+</sentences>
+
+Today is Monday, 03/02/2026. List only what the teacher is actually announcing with a date you can determine:
+exams, quizzes, assignment or report deadlines, presentations, cancelled or extra classes.
+Resolve relative dates ("next Tuesday", "in two weeks") from today. Ignore dates in the lecture content itself
+(history, examples). Title: very short, in Simplified Chinese (e.g. "期中考试", "第三章作业截止").
+Reply with a JSON array only, [] if none:
+[{"title": "...", "date": "YYYY-MM-DD", "time": "HH:mm or empty", "note": "scope / where / what to bring, or empty"}])P"_s);
+    EXPECT_EQ(dates[0].system, notices[0].system);
+    ASSERT_EQ(seen.results().size(), 1);
+    EXPECT_EQ(seen.results()[0].kind, Engine::noticeKind);
+    EXPECT_EQ(seen.results()[0].text, u"期中考试：4月20日，第一到五章。"_s);
+    // A time that isn't one is dropped, a date that isn't one drops the event, and a second event
+    // on the same date whose title begins alike is the same event.
+    EXPECT_EQ(seen.events(),
+              QList<ClassEvent>({{u"期中考试"_s, u"2026-04-20"_s, std::nullopt, u"第一到五章"_s},
+                                 {u"Quiz"_s, u"2026-03-09"_s, u"9:30"_s, std::nullopt}}));
+
+    // A teacher who keeps announcing is heard out for six seconds at most; a list with one
+    // malformed entry gives nothing, nor does an event delivered before.
+    fake->setHandler([](const FakeProvider::Call &call) -> std::optional<QString> {
+        if (call.prompt().contains(u"Sentences that may announce a date"_s))
+            return uR"([{"title": "期中考试", "date": "2026-04-20"}, {"title": 3, "date": "2026-03-17"}])"_s;
+        return u"SKIP"_s;
+    });
+    const QStringList announcements{u"Homework one is due on Friday."_s, u"Submit it on the LMS."_s,
+                                    u"The quiz is next Monday."_s,      u"The project starts next week."_s,
+                                    u"Presentations come later."_s,     u"The final exam is in June."_s,
+                                    u"Check your homework twice."_s};
+    for (qsizetype i = 0; i + 1 < announcements.size(); ++i)
+        pass({announcements[i]}, 1s);
+    settle();
+    EXPECT_EQ(fake->calls().size(), 2);
+    pass({announcements.last()}, 1s);
+    ASSERT_TRUE(fake->waitForCalls(4));
+    settle();
+    EXPECT_TRUE(callsContaining(u"keyword"_s).last().prompt().contains(
+        u"<sentences>\n"_s + announcements.join(u'\n') + u"\n</sentences>"_s));
+    EXPECT_EQ(seen.results().size(), 1);
+    EXPECT_EQ(seen.events().size(), 2);
+
+    fake->setHandler([](const FakeProvider::Call &call) -> std::optional<QString> {
+        if (call.prompt().contains(u"Sentences that may announce a date"_s))
+            return uR"([{"title": "期中考试", "date": "2026-04-20", "time": "14:00"}, {"title": "Lab report", "date": "2026-03-20"}])"_s;
+        return u"（无法连接 Fake）"_s;
+    });
+    pass({u"Remember the deadline."_s});
+    pass({u"Good."_s}, 2s);
+    ASSERT_TRUE(fake->waitForCalls(6));
+    settle();
+    EXPECT_EQ(seen.events().last(), (ClassEvent{u"Lab report"_s, u"2026-03-20"_s, std::nullopt, std::nullopt}));
+    EXPECT_EQ(seen.events().size(), 3);
+    EXPECT_EQ(seen.results().last().text, u"（无法连接 Fake）"_s);
+}
+
+TEST_F(EngineTest, ClassEndsOnceAfterFiveMinutes)
+{
+    startWith(micConfig());
+    pass({u"Let us begin."_s});
+    pass({u"OK, see you next week."_s}, 298500ms);
+    EXPECT_EQ(seen.classEnds(), 0);
+    pass({u"See you next week then."_s}, 2100ms);
+    EXPECT_EQ(seen.classEnds(), 1);
+    pass({u"That's all for today."_s});
+    EXPECT_EQ(seen.classEnds(), 1);
+    EXPECT_EQ(seen.lines().size(), 4);
+}
+
+TEST_F(EngineTest, RunningSummaryWithTheFullPrompt)
+{
+    Config config = micConfig();
+    config.recordKeyPoints = true;
+    startWith(config);
+    const QString summary = u"熵\n- 熵衡量无序程度"_s;
+    fake->setHandler([&](const FakeProvider::Call &) { return summary; });
+    const QStringList eight = numbered(u"Point number %1 of the lecture."_s, 1, 8);
+    pass(eight.mid(0, 7));
+    settle();
+    EXPECT_TRUE(fake->calls().isEmpty());
+    pass(eight.mid(7));
+    ASSERT_TRUE(fake->waitForCalls(1));
+    EXPECT_EQ(fake->calls()[0].prompt(), uR"P(You keep a running summary of a university lecture while it is happening.
+
+Summary so far:
+<summary>
+(none yet)
+</summary>
+
+What the teacher said since then (live transcript, oldest first; may contain recognition errors):
+<transcript>
+Point number 1 of the lecture.
+Point number 2 of the lecture.
+Point number 3 of the lecture.
+Point number 4 of the lecture.
+Point number 5 of the lecture.
+Point number 6 of the lecture.
+Point number 7 of the lecture.
+Point number 8 of the lecture.
+</transcript>
+
+Write the updated summary of the whole class so far, in Simplified Chinese: the earlier points (kept, merged
+where they continue) plus what is new. Group by topic with a short heading line for each topic, then "- " bullets:
+definitions, claims, causes and effects, examples, formulas. Keep subject terms in the original language in
+parentheses where useful. Mark anything about exams, assignments or deadlines with ⚠️. At most about 20 bullets;
+no introduction or closing remarks. If nothing worth noting has been said yet, reply with exactly: SKIP)P"_s);
+    ASSERT_TRUE(seen.waitFor([&] { return seen.summaries().size() == 1; }));
+    EXPECT_EQ(seen.summaries()[0], summary);
+    EXPECT_EQ(engine->currentSummary(), summary);
+    settle();
+
+    // A failure text or "SKIP" never replaces the summary.
+    fake->enqueue(u"（无法连接 Fake）"_s);
+    fake->enqueue(u"\nSKIP\n"_s);
+    pass(numbered(u"More point %1."_s, 1, 8));
+    settle();
+    pass(numbered(u"Further point %1."_s, 1, 8));
+    settle();
+    ASSERT_EQ(fake->calls().size(), 3);
+    EXPECT_TRUE(fake->calls()[1].prompt().contains(u"<summary>\n"_s + summary + u"\n</summary>"_s));
+    EXPECT_EQ(seen.summaries().size(), 1);
+    EXPECT_EQ(engine->currentSummary(), summary);
+
+    // What is said while the switch is off never enters the summary.
+    engine->setSwitches({.questions = true, .exams = true, .keyPoints = false, .vocabulary = false});
+    pass(numbered(u"Said while off %1."_s, 1, 10), 3600s);
+    engine->setSwitches({.questions = true, .exams = true, .keyPoints = true, .vocabulary = false});
+    pass(numbered(u"After %1."_s, 1, 3));
+    settle();
+    EXPECT_EQ(fake->calls().size(), 3);
+    pass(numbered(u"After %1."_s, 4, 8));
+    ASSERT_TRUE(fake->waitForCalls(4));
+    EXPECT_TRUE(fake->calls()[3].prompt().contains(
+        u"<transcript>\n"_s + numbered(u"After %1."_s, 1, 8).join(u'\n') + u"\n</transcript>"_s));
+}
+
+TEST_F(EngineTest, SummaryAndVocabularyKeepTheirPaceAndOneCallEach)
+{
+    Config config = windowConfig();
+    config.recordKeyPoints = true;
+    config.recordVocabulary = true;
+    make(config, nullptr, fake);
+    QStringList screen = koreanLines(0, 3);
+    source->show(screen.join(u'\n'));
+    start();
+    const auto summaryCalls = [&] { return callsContaining(u"running summary"_s).size(); };
+    const auto vocabularyCalls = [&] { return callsContaining(u"Pick out only the difficult"_s).size(); };
+
+    // The window shows the same three lines pass after pass: a summary after 60 s, vocabulary after 90 s.
+    pass({}, 58500ms);
+    settle();
+    EXPECT_TRUE(fake->calls().isEmpty());
+    pass({}, 1500ms);
+    settle();
+    EXPECT_EQ(summaryCalls(), 1);
+    EXPECT_EQ(vocabularyCalls(), 0);
+    pass({}, 30s);
+    settle();
+    EXPECT_EQ(vocabularyCalls(), 1);
+    EXPECT_TRUE(fake->calls().last().prompt().contains(u"<transcript>\n"_s + screen.join(u'\n') + u"\n</transcript>"_s));
+
+    // While a call of each runs, no second one starts.
+    fake->hold();
+    screen << koreanLines(3, 8);
+    source->show(screen.join(u'\n'));
+    pass({}, 1500ms);
+    ASSERT_TRUE(fake->waitForCalls(4));
+    screen << koreanLines(11, 8);
+    source->show(screen.join(u'\n'));
+    pass({}, 1500ms);
+    fake->release();
+    settle();
+    EXPECT_EQ(fake->calls().size(), 4);
+    pass({}, 1500ms);
+    settle();
+    EXPECT_EQ(summaryCalls(), 3);
+    EXPECT_EQ(vocabularyCalls(), 3);
+
+    // Two new lines never make a summary, however long the wait; they do make a vocabulary call.
+    screen << koreanLines(19, 2);
+    source->show(screen.join(u'\n'));
+    pass({}, 600s);
+    pass({}, 600s);
+    settle();
+    EXPECT_EQ(summaryCalls(), 3);
+    EXPECT_EQ(vocabularyCalls(), 4);
+}
+
+TEST_F(EngineTest, VocabularyWithTheFullPromptAndStrictReplies)
+{
+    Config config = micConfig();
+    config.recordVocabulary = true;
+    startWith(config);
+    fake->enqueue(uR"(Here you go: [{"term": " Entropy ", "meaning": "熵", "note": "无序程度"},
+        {"term": "entropy", "meaning": "熵"}, {"term": "", "meaning": "空"}, {"term": 5, "meaning": "五"}] Done.)"_s);
+    pass({u"Entropy measures disorder."_s, u"Heat flows from hot to cold."_s, u"Enthalpy is heat content."_s,
+          u"The second law applies."_s, u"Systems tend to equilibrium."_s, u"That is the key idea."_s});
+    ASSERT_TRUE(fake->waitForCalls(1));
+    EXPECT_EQ(fake->calls()[0].prompt(), uR"P(Live transcript of a university lecture in English (oldest first; may contain recognition errors):
+<transcript>
+Entropy measures disorder.
+Heat flows from hot to cold.
+Enthalpy is heat content.
+The second law applies.
+Systems tend to equilibrium.
+That is the key idea.
+</transcript>
+
+Terms already in the student's word list (do not repeat):
+(none)
+
+Pick out only the difficult, subject-specific terms from this part: technical vocabulary of the field,
+named concepts, theories, laws, formulas, jargon a non-specialist would not know. Leave out everyday words,
+common verbs and adjectives, function words, numbers, names of people or places (unless they name a concept),
+and anything the student would already know from general language. Usually 0 to 4 terms; quality over quantity.
+Fix obvious recognition errors in the term itself.
+
+Reply with only a JSON array: [{"term": "<as used in class, original language>", "meaning": "<Simplified Chinese
+translation>", "note": "<one short Simplified Chinese line: what it means in this subject>"}]. If there are none, reply [].)P"_s);
+    ASSERT_TRUE(seen.waitFor([&] { return seen.terms().size() == 1; }));
+    // Two spellings in one reply are both new; known terms are compared letter case aside.
+    EXPECT_EQ(seen.terms()[0], QList<VocabularyTerm>({{u"Entropy"_s, u"熵"_s, u"无序程度"_s},
+                                                      {u"entropy"_s, u"熵"_s, QString()}}));
+    settle();
+
+    fake->enqueue(uR"([{"term": "ENTROPY", "meaning": "熵", "note": ""},
+        {"term": "Enthalpy", "meaning": "焓", "note": "热含量"}])"_s);
+    pass(numbered(u"Second part, line %1."_s, 1, 6));
+    ASSERT_TRUE(fake->waitForCalls(2));
+    EXPECT_TRUE(fake->calls()[1].prompt().contains(u"(do not repeat):\nEntropy, entropy\n"_s));
+    ASSERT_TRUE(seen.waitFor([&] { return seen.terms().size() == 2; }));
+    EXPECT_EQ(seen.terms()[1], QList<VocabularyTerm>({{u"Enthalpy"_s, u"焓"_s, u"热含量"_s}}));
+    settle();
+
+    const QList<std::optional<QString>> badReplies{u"I found no terms."_s, uR"({"term": "Heat"})"_s, u"[1, 2]"_s,
+                                                   u"] [{\"term\": \"Heat\"}"_s, std::nullopt, u"（无法连接 Fake）"_s,
+                                                   uR"([{"term": "Heat", "meaning": 3}, "Cold"])"_s};
+    for (const std::optional<QString> &reply : badReplies) {
+        fake->enqueue(reply);
+        pass(numbered(u"Filler line %1."_s, 1, 6));
+        settle();
+    }
+    EXPECT_EQ(fake->calls().size(), 2 + badReplies.size());
+    EXPECT_EQ(seen.terms().size(), 2);
+
+    // The prompt names the last 150 known terms only.
+    QStringList many;
+    for (int i = 0; i <= 150; ++i)
+        many << uR"({"term": "T%1"})"_s.arg(i);
+    fake->enqueue(u'[' + many.join(u',') + u']');
+    pass(numbered(u"Long list line %1."_s, 1, 6));
+    settle();
+    pass(numbered(u"Final line %1."_s, 1, 6));
+    settle();
+    const QString known = fake->calls().last().prompt();
+    EXPECT_TRUE(known.contains(u"(do not repeat):\nT1, T2, "_s));
+    EXPECT_TRUE(known.contains(u", T150\n"_s));
+    EXPECT_FALSE(known.contains(u"T0,"_s));
+}
+
+TEST_F(EngineTest, WithoutProvidersLinesAndClassEndStillWork)
+{
+    Config config = micConfig();
+    config.recordKeyPoints = true;
+    config.recordVocabulary = true;
+    make(config, nullptr, nullptr);
+    start();
+    QStringList lines = numbered(u"Plain line %1."_s, 1, 8);
+    lines << u"What is entropy?"_s << u"The exam is next Monday."_s;
+    pass(lines);
+    pass({u"Go on."_s}, 10s);
+    pass({u"See you next week."_s}, 300s);
+    settle();
+    EXPECT_EQ(seen.lines().size(), 12);
+    EXPECT_EQ(seen.classEnds(), 1);
+    EXPECT_TRUE(fake->calls().isEmpty());
+    EXPECT_TRUE(seen.results().isEmpty());
+    EXPECT_TRUE(seen.summaries().isEmpty());
+    EXPECT_TRUE(seen.terms().isEmpty());
+    EXPECT_TRUE(seen.events().isEmpty());
+}
+
+TEST_F(EngineTest, MainProviderServesWhenThereIsNoFastOne)
+{
+    make(micConfig(), fake, nullptr);
+    start();
+    pass({u"What is entropy?"_s});
+    pass({u"Go on."_s}, 1s);
+    ASSERT_TRUE(fake->waitForCalls(1));
+}
+
+TEST_F(EngineTest, ContextWindowIsTheLastFortyLinesWithinTheMainProvidersBudget)
+{
+    QStringList all = numbered(u"Line %1."_s, 1, 44);
+    all << u"What is line forty-five?"_s << u"Go on."_s;
+    const QString lastForty = all.mid(all.size() - 40).join(u'\n');
+
+    make(micConfig(), nullptr, fake);
+    start();
+    pass(all.mid(0, 45));
+    pass({all.last()}, 1s);
+    ASSERT_TRUE(fake->waitForCalls(1));
+    EXPECT_TRUE(fake->calls()[0].prompt().startsWith(u"Recent transcript (oldest first):\n<transcript>\n"_s + lastForty
+                                                     + u"\n</transcript>"_s));
+
+    engine.reset();
+    make(micConfig(), std::make_shared<BudgetProvider>(), fake);
+    start();
+    pass(all.mid(0, 45));
+    pass({all.last()}, 1s);
+    ASSERT_TRUE(fake->waitForCalls(2));
+    EXPECT_TRUE(fake->calls()[1].prompt().startsWith(u"Recent transcript (oldest first):\n<transcript>\n"_s
+                                                     + lastForty.right(40) + u"\n</transcript>"_s));
+}
+
+TEST_F(EngineTest, WindowFirstScreenAndMixedLinesRaiseNothing)
+{
+    make(windowConfig(), nullptr, fake);
+    const QString asked = u"엔트로피가 무엇인지 아는 사람 있어요?"_s;
+    source->show(asked);
+    start();
+    // 60 % Hangul: enough for the transcript, too little to be examined.
+    source->show(asked + u"\n시험 날짜가 언제예요 finals?"_s);
+    pass({}, 1500ms);
+    source->show(u"다시 한번 물어볼게요\n"_s + asked);
+    pass({}, 1500ms);
+    pass({}, 1500ms);
+    pass({}, 10s);
+    settle();
+    EXPECT_TRUE(fake->calls().isEmpty());
+    EXPECT_EQ(seen.lines(), QStringList({u"시험 날짜가 언제예요 finals?"_s, u"다시 한번 물어볼게요"_s}));
+}
+
+TEST_F(EngineTest, BadLinesAskNothingTheRulesRefuse)
+{
+    startWith(micConfig());
+    const QString longQuestion = QString(10000, u'가') + u'?';
+    pass({u"!!! ???"_s, u"1234 5678?"_s, u"😀😀😀?"_s, u"#1 What is this?"_s, u"At 10:30 what happens?"_s,
+          u"Hello 世界 مرحبا?"_s, longQuestion, u"Chapter "_s + QString(10000, u'7'), QString(10000, u'x')});
+    pass({u"Go on."_s}, 1s);
+    ASSERT_TRUE(fake->waitForCalls(1));
+    settle();
+    EXPECT_EQ(fake->calls().size(), 1);
+    EXPECT_TRUE(fake->calls()[0].prompt().contains(u"<sentences>\nHello 世界 مرحبا?\n"_s + longQuestion
+                                                   + u"\n</sentences>"_s));
+}
+
+TEST_F(EngineTest, LoopGoesOnWhileAModelCallRuns)
+{
+    startWith(micConfig());
+    fake->hold();
+    pass({u"What is entropy?"_s});
+    pass({u"Go on."_s}, 1s);
+    ASSERT_TRUE(fake->waitForCalls(1));
+    for (int i = 0; i < 10; ++i)
+        pass({u"Still talking %1."_s.arg(i)});
+    EXPECT_EQ(seen.lines().size(), 12);
+    EXPECT_TRUE(seen.results().isEmpty());
+    fake->release();
+}
