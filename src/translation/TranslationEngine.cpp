@@ -1,0 +1,3 @@
+#include "translation/TranslationEngine.h"
+
+TranslationEngine::~TranslationEngine() = default;
