@@ -175,11 +175,11 @@ void Corrector::finish(const QList<Row> &batch, const std::optional<QString> &re
 void Corrector::apply(const Row &row, const QString &fixed, const QString &translation)
 {
     const bool accepted = acceptable(fixed, row.text);
-    const QString final = accepted ? fixed : row.text;
-    if (final != row.text)
-        Log::write(QStringLiteral("AI 纠错: ") + row.text + QStringLiteral(" → ") + final);
+    const QString kept = accepted ? fixed : row.text;
+    if (kept != row.text)
+        Log::write(QStringLiteral("AI 纠错: ") + row.text + QStringLiteral(" → ") + kept);
     // A translation belongs to the fix: a refused fix takes its translation with it.
-    if (!translation.isEmpty() && final == fixed)
-        onFix(row.id, final, translation);
-    context_.append(final);
+    if (!translation.isEmpty() && kept == fixed)
+        onFix(row.id, kept, translation);
+    context_.append(kept);
 }

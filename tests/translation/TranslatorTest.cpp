@@ -30,25 +30,19 @@ public:
         server.setHandler([this](const TestServer::Request &request) { return answer(request); });
     }
 
-    QStringList sources() const
+    // One member of every translation request, in the order they arrived.
+    QStringList sent(QStringView member) const
     {
         QStringList result;
         for (const TestServer::Request &request : server.requests()) {
             if (request.path == "/translate")
-                result.append(QJsonDocument::fromJson(request.body).object().value(u"source").toString());
+                result.append(QJsonDocument::fromJson(request.body).object().value(member).toString());
         }
         return result;
     }
 
-    QStringList texts() const
-    {
-        QStringList result;
-        for (const TestServer::Request &request : server.requests()) {
-            if (request.path == "/translate")
-                result.append(QJsonDocument::fromJson(request.body).object().value(u"q").toString());
-        }
-        return result;
-    }
+    QStringList sources() const { return sent(u"source"); }
+    QStringList texts() const { return sent(u"q"); }
 
     TestServer server;
     QByteArray languages = R"JSON([
