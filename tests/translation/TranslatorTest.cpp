@@ -5,11 +5,13 @@
 #include "QtPrinters.h"
 #include "TestServer.h"
 
+#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRandomGenerator>
 #include <QSettings>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -94,7 +96,10 @@ struct Results
 {
     Translator::Done add(const QString &tag)
     {
-        return [this, tag](const std::optional<QString> &result) { arrived.append({tag, result}); };
+        return [this, tag](const std::optional<QString> &result) {
+            arrived.append({tag, result});
+            offMainThread += QThread::currentThread() != QCoreApplication::instance()->thread();
+        };
     }
 
     std::optional<QString> of(const QString &tag) const
@@ -115,6 +120,7 @@ struct Results
     }
 
     QList<std::pair<QString, std::optional<QString>>> arrived;
+    int offMainThread = 0;
 };
 
 const QString korean = QStringLiteral("오늘은 경제학의 기본 개념에 대해서 이야기해 보겠습니다");
@@ -130,7 +136,11 @@ protected:
         translator.onNote = [this](const QString &note) { notes.append(note); };
     }
 
-    void TearDown() override { QSettings().remove(QStringLiteral("translate.url")); }
+    void TearDown() override
+    {
+        EXPECT_EQ(results.offMainThread, 0);
+        QSettings().remove(QStringLiteral("translate.url"));
+    }
 
     // The address of a port where nothing listens.
     static QString deadAddress()
