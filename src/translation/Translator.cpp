@@ -11,8 +11,6 @@
 #include <QThread>
 #include <QtConcurrent/QtConcurrentRun>
 
-#include <unicode/locid.h>
-
 namespace {
 
 QString label(const QString &code)
@@ -60,7 +58,7 @@ Translator::~Translator() = default;
 
 QString Translator::code(const QString &id)
 {
-    const QString language = QString::fromLatin1(icu::Locale(id.toLatin1().constData()).getLanguage());
+    const QString language = LanguageIdentifier::languageCode(id);
     if (language == u"zh")
         return QStringLiteral("zh-Hans");
     return language.isEmpty() ? id : language;
@@ -152,6 +150,9 @@ void Translator::translate(const QString &text, Done done)
 
 QString Translator::detect(const QString &text) const
 {
-    const QString found = LanguageIdentifier::dominant(text, candidates_).value_or(primary_);
+    // No languages in play yet: nothing restricts the guess.
+    const std::optional<QString> dominant = candidates_.isEmpty() ? LanguageIdentifier::dominant(text)
+                                                                  : LanguageIdentifier::dominant(text, candidates_);
+    const QString found = dominant.value_or(primary_);
     return found.startsWith(u"zh") ? QStringLiteral("zh-Hans") : found;
 }

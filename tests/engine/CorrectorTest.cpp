@@ -223,7 +223,8 @@ TEST_F(CorrectorTest, RowsAddedDuringACallLeaveAsOneBatch)
         EXPECT_TRUE(call.turns[0].attachments.isEmpty());
         EXPECT_TRUE(call.prompt().contains(QStringLiteral("lecture in Korean")));
         EXPECT_TRUE(call.prompt().contains(QStringLiteral("Simplified Chinese")));
-        EXPECT_FALSE(call.prompt().contains(u'{'));
+        for (const char *placeholder : {"{lecture_language}", "{answer_language}", "{context}", "{lines}"})
+            EXPECT_FALSE(call.prompt().contains(QString::fromLatin1(placeholder))) << placeholder;
     }
     EXPECT_EQ(contextOf(calls[0].prompt()), QString());
     EXPECT_EQ(contextOf(calls[1].prompt()), QStringLiteral("첫 문장"));
