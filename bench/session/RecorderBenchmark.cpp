@@ -1,7 +1,10 @@
 // What recording costs: the processor time, over all threads, that the recorder spends on an
 // hour of microphone sound (mixing down on the audio thread, encoding and writing on its own).
 
+#include "captions/MicHub.h"
 #include "session/AudioRecorder.h"
+
+#include "FakeAudioInput.h"
 
 #include <QTemporaryDir>
 
@@ -27,20 +30,21 @@ void recordAnHour(benchmark::State &state)
     constexpr qsizetype frames = 4'096;
     // Under the recorder's queue bound, so nothing is dropped however fast it is fed.
     constexpr double seconds = 50;
-    std::vector<float> buffer(size_t(frames * channels));
-    for (size_t i = 0; i < buffer.size(); ++i)
-        buffer[i] = 0.3f * float(std::sin(double(i / channels) * 0.0576));
+    std::vector<float> sound(size_t(seconds * rate * channels));
+    for (size_t i = 0; i < sound.size(); ++i)
+        sound[i] = 0.3f * float(std::sin(double(i / channels) * 0.0576));
 
     QTemporaryDir folder;
-    // Sound goes in through append(), as the listener would hand it on.
-    AudioRecorder recorder({[] { return rate; }, [](AudioRecorder::Listener) { return QUuid::createUuid(); },
-                            [](const QUuid &) {}});
+    auto owned = std::make_unique<FakeAudioInput>();
+    FakeAudioInput &input = *owned;
+    input.delivered = {rate, channels};
+    MicHub hub(std::move(owned));
+    AudioRecorder recorder(hub);
     double cpu = 0;
     for (auto _ : state) {
         const double before = processSeconds();
         recorder.start(folder.filePath(QStringLiteral("录音.m4a")));
-        for (qsizetype fed = 0; fed < qsizetype(seconds * rate); fed += frames)
-            recorder.append(buffer.data(), frames, rate, channels);
+        input.play(sound, frames);
         recorder.stop();
         cpu += processSeconds() - before;
     }

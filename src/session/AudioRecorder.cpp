@@ -1,5 +1,6 @@
 #include "session/AudioRecorder.h"
 
+#include "captions/MicHub.h"
 #include "session/AacWriter.h"
 
 #include <condition_variable>
@@ -33,18 +34,22 @@ public:
         sampleRate_ = 0;
     }
 
-    void append(const float *samples, qsizetype frames, int sampleRate, int channels)
+    // Audio thread: mixes down to mono and queues; buffers at another rate than the file's are
+    // dropped (the input changed under a running recording).
+    void append(const AudioBuffer &buffer)
     {
-        if (frames <= 0 || channels <= 0 || sampleRate <= 0)
+        const int channels = buffer.format.channels;
+        const qsizetype frames = buffer.frames;
+        if (frames <= 0 || !buffer.format.isValid())
             return;
         std::vector<float> mono(size_t(frames), 0.0f);
         const float share = 1.0f / float(channels);
         for (qsizetype frame = 0; frame < frames; ++frame) {
             for (int channel = 0; channel < channels; ++channel)
-                mono[size_t(frame)] += samples[frame * channels + channel] * share;
+                mono[size_t(frame)] += buffer.samples[frame * channels + channel] * share;
         }
         std::scoped_lock lock(mutex_);
-        if (sampleRate != sampleRate_ || queued_ + frames > qsizetype(queuedSecondsAtMost) * sampleRate_)
+        if (buffer.format.sampleRate != sampleRate_ || queued_ + frames > qsizetype(queuedSecondsAtMost) * sampleRate_)
             return;
         chunks_.push_back(std::move(mono));
         queued_ += frames;
@@ -70,8 +75,8 @@ private:
     int sampleRate_ = 0;   // 0 while not recording
 };
 
-AudioRecorder::AudioRecorder(Microphone microphone)
-    : microphone_(std::move(microphone))
+AudioRecorder::AudioRecorder(MicHub &hub)
+    : hub_(hub)
     , feed_(std::make_shared<Feed>())
 {
 }
@@ -84,7 +89,7 @@ AudioRecorder::~AudioRecorder()
 std::optional<QString> AudioRecorder::start(const QString &path)
 {
     stop();
-    const int sampleRate = microphone_.sampleRate();
+    const int sampleRate = hub_.format().sampleRate;
     if (sampleRate <= 0)
         return QStringLiteral("找不到麦克风");
     auto file = std::make_unique<AacWriter>();
@@ -105,14 +110,13 @@ std::optional<QString> AudioRecorder::start(const QString &path)
     });
 
     try {
-        listener_ = microphone_.add([feed = std::weak_ptr<Feed>(feed_)](const float *samples, qsizetype frames,
-                                                                        int rate, int channels) {
+        listener_ = hub_.add([feed = std::weak_ptr<Feed>(feed_)](const AudioBuffer &buffer) {
             if (const auto alive = feed.lock())
-                alive->append(samples, frames, rate, channels);
+                alive->append(buffer);
         });
-    } catch (const std::exception &error) {
+    } catch (const MicHub::Error &error) {
         stopWriting();
-        return u"录音启动失败：" + QString::fromLocal8Bit(error.what());
+        return u"录音启动失败：" + error.message();
     }
     return std::nullopt;
 }
@@ -120,14 +124,9 @@ std::optional<QString> AudioRecorder::start(const QString &path)
 void AudioRecorder::stop()
 {
     if (listener_)
-        microphone_.remove(*listener_);
+        hub_.remove(*listener_);
     listener_.reset();
     stopWriting();
-}
-
-void AudioRecorder::append(const float *samples, qsizetype frames, int sampleRate, int channels)
-{
-    feed_->append(samples, frames, sampleRate, channels);
 }
 
 void AudioRecorder::stopWriting()

@@ -28,11 +28,11 @@ std::optional<QString> nonEmpty(const std::optional<QString> &text)
 
 } // namespace
 
-LiveSession::LiveSession(const QString &lecture, const QString &answer, int bitRate, AudioRecorder::Microphone microphone,
+LiveSession::LiveSession(const QString &lecture, const QString &answer, int bitRate, MicHub &hub,
                          const Text::Clock &clock, Schedule schedule)
     : clock_(clock)
     , schedule_(schedule ? std::move(schedule) : onMainThread())
-    , recorder_(std::move(microphone))
+    , recorder_(hub)
     , self_(std::make_shared<LiveSession *>(this))
 {
     const QDateTime now = clock_.now();

@@ -6,7 +6,7 @@
 //
 // Main thread only, the delayed save included, so the record needs no lock. The coordinator
 // holds at most one at a time and must call stopAudio() or finish() before dropping it: going
-// away stops nothing, though a pending save then never runs.
+// away saves nothing more. The microphone hub and the clock must outlive the session.
 
 #include "session/AudioRecorder.h"
 #include "session/SessionData.h"
@@ -30,8 +30,8 @@ public:
     using Schedule = std::function<void(std::chrono::milliseconds delay, std::function<void()> task)>;
 
     // Makes the class folder (named after the start minute, made unique) and saves a valid
-    // record into it at once. `clock` must outlive the session.
-    LiveSession(const QString &lecture, const QString &answer, int bitRate, AudioRecorder::Microphone microphone,
+    // record into it at once.
+    LiveSession(const QString &lecture, const QString &answer, int bitRate, MicHub &hub,
                 const Text::Clock &clock, Schedule schedule = {});
     ~LiveSession();
     LiveSession(const LiveSession &) = delete;

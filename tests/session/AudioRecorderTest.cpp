@@ -19,16 +19,15 @@ TEST(AudioRecorder, RecordsTheMicrophoneAsMonoAacOfTheRightLength)
     QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("录音.m4a"));
     FakeMicrophone microphone;
-    microphone.sampleRate = 44'100;
-    microphone.channels = 2;
-    AudioRecorder recorder(microphone.microphone());
+    microphone.input().delivered = {44'100, 2};
+    AudioRecorder recorder(microphone.hub());
     EXPECT_EQ(recorder.bitRate(), 64'000);
     recorder.setBitRate(32'000);
     ASSERT_EQ(recorder.start(path), std::nullopt);
-    EXPECT_EQ(microphone.listeners(), 1);
-    microphone.play(tone(44'100, 12.0, 2));
+    EXPECT_TRUE(microphone.hub().running());
+    microphone.input().play(tone(44'100, 12.0, 2), 4'096);
     recorder.stop();
-    EXPECT_EQ(microphone.listeners(), 0);
+    EXPECT_FALSE(microphone.hub().running());
 
     const auto decoded = AudioFile::decode(path);
     ASSERT_TRUE(decoded);
@@ -39,56 +38,79 @@ TEST(AudioRecorder, RecordsTheMicrophoneAsMonoAacOfTheRightLength)
     EXPECT_NEAR(double(QFile(path).size()), 32'000 / 8 * 12.0, 32'000 / 8 * 12.0 * 0.2);
 
     // After stop, sound goes nowhere and the file stays complete.
-    microphone.play(tone(44'100, 3.0, 2));
-    recorder.append(tone(44'100, 1.0).data(), 44'100, 44'100, 1);
+    microphone.input().play(tone(44'100, 3.0, 2), 4'096);
     EXPECT_NEAR(AudioFile::decode(path)->seconds, 12.0, 12.0 * 0.05);
 }
 
-TEST(AudioRecorder, DropsBuffersOfAnotherRateAndTakesDirectFeeds)
+TEST(AudioRecorder, DropsSoundOfAnotherRateAndRecordsAgainIntoANewFile)
 {
     QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("录音.m4a"));
     FakeMicrophone microphone;
-    AudioRecorder recorder(microphone.microphone());
+    microphone.input().delivered = {48'000, 1};
+    AudioRecorder recorder(microphone.hub());
     ASSERT_EQ(recorder.start(path), std::nullopt);
-    const std::vector<float> second = tone(48'000, 1.0);
-    for (int i = 0; i < 5; ++i)
-        recorder.append(second.data(), 48'000, 48'000, 1);
-    recorder.append(second.data(), 24'000, 24'000, 1);   // another rate
-    recorder.append(second.data(), 0, 48'000, 1);
-    recorder.append(second.data(), 100, 48'000, 0);
+    microphone.input().play(tone(48'000, 5.0), 4'800);
+    // The input changes under the running recording: that sound can't join this file.
+    microphone.input().delivered = {24'000, 1};
+    microphone.input().play(tone(24'000, 2.0), 2'400);
     recorder.stop();
     EXPECT_NEAR(AudioFile::decode(path)->seconds, 5.0, 5.0 * 0.05);
 
-    // A second recording into another file.
     const QString next = folder.filePath(QStringLiteral("next.m4a"));
     ASSERT_EQ(recorder.start(next), std::nullopt);
-    recorder.append(second.data(), 48'000, 48'000, 1);
+    microphone.input().play(tone(24'000, 2.0), 2'400);
     recorder.stop();
     recorder.stop();
-    EXPECT_NEAR(AudioFile::decode(next)->seconds, 1.0, 0.05);
+    const auto decoded = AudioFile::decode(next);
+    EXPECT_EQ(decoded->sampleRate, 24'000);
+    EXPECT_NEAR(decoded->seconds, 2.0, 2.0 * 0.05);
+    EXPECT_EQ(microphone.input().counts().starts, 2);
+    EXPECT_EQ(microphone.input().counts().stops, 2);
 }
+
+namespace {
+
+// An input whose device is there but won't open.
+class BusyInput final : public AudioInput
+{
+public:
+    AudioFormat format() override { return {48'000, 1}; }
+    std::optional<QString> start(Receiver) override { return QStringLiteral("设备正被其他程序占用"); }
+    void stop() override {}
+};
+
+} // namespace
 
 TEST(AudioRecorder, WordsTheProblemsOfStarting)
 {
     QTemporaryDir folder;
     FakeMicrophone microphone;
-    AudioRecorder recorder(microphone.microphone());
-    microphone.sampleRate = 0;
+    AudioRecorder recorder(microphone.hub());
+    microphone.input().failure = QStringLiteral("没有输入设备");
     EXPECT_EQ(recorder.start(folder.filePath(QStringLiteral("a.m4a"))), QStringLiteral("找不到麦克风"));
-    microphone.sampleRate = 48'000;
+    microphone.input().failure.reset();
     EXPECT_EQ(recorder.start(folder.filePath(QStringLiteral("missing/a.m4a"))), QStringLiteral("无法创建录音文件"));
-    microphone.failure = "Connection refused";
-    EXPECT_EQ(recorder.start(folder.filePath(QStringLiteral("b.m4a"))), QStringLiteral("录音启动失败：Connection refused"));
-    EXPECT_EQ(microphone.listeners(), 0);
+    EXPECT_EQ(microphone.input().counts().starts, 0);
+
+    MicHub busy(std::make_unique<BusyInput>());
+    AudioRecorder refused(busy);
+    EXPECT_EQ(refused.start(folder.filePath(QStringLiteral("b.m4a"))), QStringLiteral("录音启动失败：设备正被其他程序占用"));
+    EXPECT_FALSE(busy.running());
     EXPECT_TRUE(AudioFile::decode(folder.filePath(QStringLiteral("b.m4a")))) << "closed, not left half-made";
 }
 
 TEST(AudioRecorder, AClassKilledMidwayLeavesPlayableAudioAndAValidRecord)
 {
     QTemporaryDir documents;
+    const QString wav = documents.filePath(QStringLiteral("class.wav"));
+    ASSERT_EQ(QProcess::execute(QStringLiteral("sox"), {QStringLiteral("-n"), QStringLiteral("-r"), QStringLiteral("48000"),
+                                                       QStringLiteral("-c"), QStringLiteral("2"), wav,
+                                                       QStringLiteral("synth"), QStringLiteral("5"),
+                                                       QStringLiteral("sine"), QStringLiteral("440")}),
+              0);
     QProcess child;
-    child.start(QStringLiteral(RECORDING_CHILD), {documents.path()});
+    child.start(QStringLiteral(RECORDING_CHILD), {documents.path(), wav});
     ASSERT_TRUE(child.waitForStarted());
     QByteArray said;
     while (!said.contains("recording\n") && child.waitForReadyRead(10'000))

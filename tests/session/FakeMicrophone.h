@@ -1,34 +1,22 @@
 #pragma once
 
-// A microphone the test plays sound into, in the shape the recorder needs: every listener gets
-// each buffer, called from a thread of its own as the hub's audio thread would call it.
+// The shared microphone hub over an input the test plays sound into.
 
-#include "session/AudioRecorder.h"
+#include "captions/MicHub.h"
 
-#include <QHash>
-
-#include <mutex>
-#include <optional>
-#include <string>
-#include <vector>
+#include "FakeAudioInput.h"
 
 class FakeMicrophone final
 {
 public:
-    AudioRecorder::Microphone microphone();
+    FakeMicrophone();
 
-    // Hands interleaved sound to the listeners in buffers of `frames` and returns when done.
-    void play(const std::vector<float> &samples, qsizetype frames = 4'096);
-    int listeners() const;
-
-    int sampleRate = 48'000;
-    int channels = 1;
-    // When set, adding a listener fails with this error.
-    std::optional<std::string> failure;
+    FakeAudioInput &input() { return *input_; }
+    MicHub &hub() { return hub_; }
 
 private:
-    void deliver(const float *samples, qsizetype frames);
+    explicit FakeMicrophone(std::unique_ptr<FakeAudioInput> input);
 
-    mutable std::mutex mutex_;
-    QHash<QUuid, AudioRecorder::Listener> listeners_;
+    FakeAudioInput *input_;   // owned by the hub
+    MicHub hub_;
 };

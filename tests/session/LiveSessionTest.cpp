@@ -63,7 +63,7 @@ protected:
     std::unique_ptr<LiveSession> makeSession()
     {
         return std::make_unique<LiveSession>(QStringLiteral("Korean"), QStringLiteral("Simplified Chinese"), 32'000,
-                                             microphone_.microphone(), clock_, schedule_.schedule());
+                                             microphone_.hub(), clock_, schedule_.schedule());
     }
 
     SessionData onDisk(const LiveSession &session) const { return *SessionStore::load(session.folder()); }
@@ -212,20 +212,21 @@ TEST_F(LiveSessionTest, StoppingFreezesTheClockAndFinishFixesTheDuration)
 
 TEST_F(LiveSessionTest, RecordsIntoItsFolderOrGoesOnWithoutAudio)
 {
-    microphone_.sampleRate = 0;
+    microphone_.input().failure = QStringLiteral("没有输入设备");
     const auto silent = makeSession();
     EXPECT_EQ(silent->startAudio(), QStringLiteral("找不到麦克风"));
     silent->addLine(QStringLiteral("the class goes on"));
     silent->stopAudio();
     EXPECT_FALSE(QFileInfo::exists(silent->audioURL()));
 
-    microphone_.sampleRate = 16'000;
+    microphone_.input().failure.reset();
+    microphone_.input().delivered = {16'000, 1};
     clock_.advance(1min);
     const auto session = makeSession();
     ASSERT_EQ(session->startAudio(), std::nullopt);
-    microphone_.play(tone(16'000, 4.0));
+    microphone_.input().play(tone(16'000, 4.0), 1'600);
     session->stopAudio();
-    EXPECT_EQ(microphone_.listeners(), 0);
+    EXPECT_FALSE(microphone_.hub().running());
     const auto audio = AudioFile::decode(session->audioURL());
     ASSERT_TRUE(audio);
     EXPECT_EQ(audio->sampleRate, 16'000);

@@ -1,15 +1,15 @@
-// A class in a process of its own, for the test that kills it: records five seconds of tone at
-// once, saves twenty lines, says "recording" once those seconds are on disk, and then goes on
-// recording in real time until it is killed.
+// A class in a process of its own, for the test that kills it. The microphone is a WAV file
+// played as fast as it is taken, then the silence of a quiet room in real time. Twenty lines are
+// saved at once; once the file's sound is on disk the child says "recording" and goes on
+// recording and taking lines until it is killed.
 //
-// Usage: session_recording_child <documents folder>
+// Usage: session_recording_child <documents folder> <wav file>
 
+#include "captions/MicHub.h"
+#include "platform/WavFileInput.h"
 #include "session/LiveSession.h"
 #include "session/SessionStore.h"
 #include "text/Clock.h"
-
-#include "FakeMicrophone.h"
-#include "Tone.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -20,28 +20,24 @@
 int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
-    if (argc != 2)
+    if (argc != 3)
         return 2;
     SessionStore::useDocumentsFolder(QString::fromLocal8Bit(argv[1]));
     Text::SystemClock clock;
-    FakeMicrophone microphone;
-    LiveSession session(QStringLiteral("English"), QStringLiteral("Simplified Chinese"), 64'000,
-                        microphone.microphone(), clock);
+    MicHub hub(std::make_unique<WavFileInput>(QString::fromLocal8Bit(argv[2]), WavFileInput::Pace::AsFastAsPossible,
+                                              clock));
+    LiveSession session(QStringLiteral("English"), QStringLiteral("Simplified Chinese"), 64'000, hub, clock);
     if (const auto problem = session.startAudio()) {
         std::fprintf(stderr, "%s\n", problem->toLocal8Bit().constData());
         return 1;
     }
-
-    microphone.play(tone(48'000, 5.0));
     for (int i = 0; i < 20; ++i)
         session.setTranslation(session.addLine(QStringLiteral("line %1").arg(i)), QStringLiteral("第 %1 行").arg(i));
     session.rename(QStringLiteral("Killed mid-class"), QStringLiteral("Crash tests"));
 
-    const std::vector<float> tenth = tone(48'000, 0.1);
     bool announced = false;
-    QTimer audio;
-    QObject::connect(&audio, &QTimer::timeout, [&] {
-        microphone.play(tenth);
+    QTimer lecture;
+    QObject::connect(&lecture, &QTimer::timeout, [&] {
         session.addLine(QStringLiteral("a line while recording"));
         // About three seconds of sound in whole fragments.
         if (!announced && QFileInfo(session.audioURL()).size() > 24'000) {
@@ -50,6 +46,6 @@ int main(int argc, char *argv[])
             announced = true;
         }
     });
-    audio.start(100);
+    lecture.start(100);
     return QCoreApplication::exec();
 }
