@@ -19,8 +19,11 @@ QString label(const QString &code)
     return language ? language->label : code;
 }
 
-const QString serverSetUp = QStringLiteral(
-    "LibreTranslate（pip install libretranslate，或者 docker run -p 5000:5000 libretranslate/libretranslate）");
+QString serverSetUp()
+{
+    return QStringLiteral(
+        "LibreTranslate（pip install libretranslate，或者 docker run -p 5000:5000 libretranslate/libretranslate）");
+}
 
 // What the user must hear after the availability check; empty when all is well.
 QString noteFor(const std::optional<QStringList> &missing, const QString &target, const QUrl &server,
@@ -30,10 +33,10 @@ QString noteFor(const std::optional<QStringList> &missing, const QString &target
     if (!missing) {
         if (withFallback)
             return QStringLiteral("没有连上本机的翻译服务（") + address
-                + QStringLiteral("），现在先用快速模型翻译。\n想离线翻译，可以装好 ") + serverSetUp
+                + QStringLiteral("），现在先用快速模型翻译。\n想离线翻译，可以装好 ") + serverSetUp()
                 + QStringLiteral("，运行起来后就会自动改用它。");
         return QStringLiteral("还不能翻译：没有连上本机的翻译服务（") + address + QStringLiteral("）。\n请装好 ")
-            + serverSetUp + QStringLiteral("并运行起来，或者在设置里填好 API key 用快速模型翻译。");
+            + serverSetUp() + QStringLiteral("并运行起来，或者在设置里填好 API key 用快速模型翻译。");
     }
     if (missing->isEmpty())
         return {};
