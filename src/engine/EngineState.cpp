@@ -11,16 +11,26 @@ constexpr qsizetype contextLines = 40;
 constexpr int contextBudgetWithoutProvider = 6000;
 constexpr qsizetype shownPerKind = 5;
 
-// The last chars characters of lines[from...] joined with "\n". Only the lines that can reach
-// into the result are joined: a line break is always a character boundary, so the cut is the
-// same as on the whole text.
+// The last chars characters of lines[from...] joined with "\n". Only lines that can reach into
+// the result are joined: a character takes at least one code unit, so lines are added until they
+// hold chars code units, and more while the joined part has no more characters than asked for. A
+// line break is always a character boundary, so the cut equals the one of the whole text.
 QString lastCharacters(const QStringList &lines, qsizetype from, qsizetype chars)
 {
+    if (chars <= 0)
+        return {};
     qsizetype begin = lines.size();
-    qsizetype counted = 0;
-    while (begin > from && counted < chars)
-        counted += Text::characterCount(lines[--begin]);
-    return Text::suffix(lines.mid(begin).join(u'\n'), chars);
+    qsizetype units = 0;
+    qsizetype wanted = chars;
+    for (;;) {
+        while (begin > from && units < wanted)
+            units += lines[--begin].size() + 1;
+        const QString part = lines.mid(begin).join(u'\n');
+        QString cut = Text::suffix(part, chars);
+        if (cut.size() < part.size() || begin == from)
+            return cut;
+        wanted = units + chars;
+    }
 }
 
 } // namespace

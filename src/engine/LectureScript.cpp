@@ -4,31 +4,38 @@
 
 #include <algorithm>
 
+namespace {
+
+QString scriptOf(const Config &config)
+{
+    return config.sourceType == u"mic" ? QStringLiteral(u"\\p{L}") : config.lecture().script;
+}
+
+qsizetype codePoints(const QString &text)
+{
+    return text.size() - std::count_if(text.cbegin(), text.cend(), [](QChar c) { return c.isLowSurrogate(); });
+}
+
+} // namespace
+
 LectureScript::LectureScript(const Config &config)
-    : pattern_(config.sourceType == u"mic" ? QStringLiteral(u"\\p{L}") : config.lecture().script)
+    : outside_(u"[^" + scriptOf(config) + u"]+")
 {
 }
 
-bool LectureScript::found(const QString &text) const
+LectureScript::Reading LectureScript::read(const QString &text) const
 {
-    return pattern_.matches(text);
-}
-
-double LectureScript::ratio(const QString &text) const
-{
+    Reading reading{outside_.replace(text, QString()), 0};
     const auto points = text.toUcs4();
     const auto letters = std::count_if(points.cbegin(), points.cend(), [](char32_t point) {
         return Text::isIn(Text::CharClass::Letters, point);
     });
-    if (letters == 0)
-        return 0;
-    return double(pattern_.all(text).size()) / double(letters);
+    if (letters > 0)
+        reading.ratio = double(codePoints(reading.letters)) / double(letters);
+    return reading;
 }
 
-QString LectureScript::key(const QString &text, qsizetype chars) const
+QString LectureScript::key(const Reading &reading, qsizetype chars)
 {
-    QString joined;
-    for (const Text::Regex::Match &match : pattern_.all(text))
-        joined += match.text;
-    return Text::suffix(joined, chars);
+    return Text::suffix(reading.letters, chars);
 }

@@ -13,14 +13,24 @@
 class LectureScript final
 {
 public:
+    // A text as seen in the lecture's script.
+    struct Reading
+    {
+        QString letters;  // all matches of the pattern, put together
+        double ratio;     // share of the text's letters (categories L and M) among them; 0 without letters
+    };
+
     explicit LectureScript(const Config &config);
 
-    bool found(const QString &text) const;
-    // Share of the text's letters (categories L and M) that the pattern matches; 0 without letters.
-    double ratio(const QString &text) const;
-    // The last chars characters of all matches of the text put together.
-    QString key(const QString &text, qsizetype chars) const;
+    Reading read(const QString &text) const;
+    double ratio(const QString &text) const { return read(text).ratio; }
+    // The last chars characters of the text's letters: the same for two texts that differ only in
+    // punctuation, spacing, digits or words of other scripts.
+    static QString key(const Reading &reading, qsizetype chars);
+    QString key(const QString &text, qsizetype chars) const { return key(read(text), chars); }
 
 private:
-    Text::Regex pattern_;
+    // What the pattern doesn't match. The pattern is one character class, so removing this from a
+    // text leaves its matches put together, without a list of matches to build.
+    Text::Regex outside_;
 };

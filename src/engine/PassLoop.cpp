@@ -81,7 +81,8 @@ QStringList PassLoop::acceptedLines(const QString &text) const
     QStringList lines;
     for (const QString &piece : text.split(u'\n', Qt::SkipEmptyParts)) {
         const QString line = Text::trimmed(piece, Text::CharClass::Whitespaces);
-        if (state_->script.found(line) && state_->script.ratio(line) >= acceptedRatio)
+        const LectureScript::Reading reading = state_->script.read(line);
+        if (!reading.letters.isEmpty() && reading.ratio >= acceptedRatio)
             lines << line;
     }
     return lines;

@@ -66,26 +66,30 @@ void Triggers::examine(const QStringList &lines, bool publish)
 {
     QStringList candidates = LineDetectors::sentencesIn(lines.join(u' '));
     candidates << lines;
-    candidates.removeDuplicates();
+    // A line that is one sentence comes twice; once trimmed, the second would change nothing.
+    QStringList sentences;
     for (const QString &candidate : std::as_const(candidates))
-        consider(candidate, publish);
+        sentences << Text::trimmed(candidate, Text::CharClass::Whitespaces).replace(u'？', u'?');
+    sentences.removeDuplicates();
+    for (const QString &sentence : std::as_const(sentences))
+        consider(sentence, publish);
 }
 
-void Triggers::consider(const QString &candidate, bool publish)
+void Triggers::consider(const QString &sentence, bool publish)
 {
-    QString sentence = Text::trimmed(candidate, Text::CharClass::Whitespaces);
-    sentence.replace(u'？', u'?');
-    if (LineDetectors::garbage().matches(sentence) || !LineDetectors::hasLetter(sentence)
-        || state_->script.ratio(sentence) < examinedRatio)
+    if (LineDetectors::garbage().matches(sentence) || !LineDetectors::hasLetter(sentence))
         return;
-    if (!ended_ && LineDetectors::classEnd().matches(sentence) && now() - state_->started > classEndAfter) {
+    const LectureScript::Reading reading = state_->script.read(sentence);
+    if (reading.ratio < examinedRatio)
+        return;
+    if (!ended_ && now() - state_->started > classEndAfter && LineDetectors::classEnd().matches(sentence)) {
         ended_ = true;
         state_->callbacks.onClassEnd();
     }
-    if (LineDetectors::isQuestion(sentence) && insertNew(askedKeys_, state_->script.key(sentence, questionKeyChars))
+    if (LineDetectors::isQuestion(sentence) && insertNew(askedKeys_, LectureScript::key(reading, questionKeyChars))
         && publish)
         questions_.add(sentence, now());
-    if (LineDetectors::isNotice(sentence) && insertNew(noticeKeys_, state_->script.key(sentence, noticeKeyChars))
+    if (LineDetectors::isNotice(sentence) && insertNew(noticeKeys_, LectureScript::key(reading, noticeKeyChars))
         && publish)
         notices_.add(sentence, now());
 }

@@ -51,7 +51,8 @@ private:
         Duration time{};      // moment of the last call
     };
 
-    void consider(const QString &candidate, bool publish);
+    // A sentence, trimmed and with "？" made "?".
+    void consider(const QString &sentence, bool publish);
     // Asks for a card of the kind when the batch is ready; gives the sentences it sent.
     std::optional<QStringList> sendCards(Batch &batch, const BatchTiming &timing, const QString &kind,
                                          const QString &prompt);

@@ -99,6 +99,12 @@ TEST_F(EngineTest, TranscriptReadersCutByLinesAndCharacters)
     EXPECT_EQ(engine->recentTranscript(100, 0), QString());
     EXPECT_EQ(engine->recentTranscript(100), u"one\ntwo 👩‍👩‍👧\nthree"_s);
     EXPECT_EQ(engine->currentSummary(), QString());
+
+    // Characters of several code units each: the cut still counts characters.
+    const QString accented = QString(u"e\u0301"_s).repeated(4);
+    pass({u"ab"_s, accented});
+    EXPECT_EQ(engine->fullTranscript(6), u"b\n"_s + accented);
+    EXPECT_EQ(engine->recentTranscript(3, 1), QString(u"e\u0301"_s).repeated(3));
 }
 
 TEST_F(EngineTest, StopEndsTheLoopAtOnceAndStopsTheSourceOnTheLoopThread)

@@ -1,5 +1,6 @@
 #include "QtPrinters.h"
 #include "app/Config.h"
+#include "engine/Alternatives.h"
 #include "engine/Batch.h"
 #include "engine/LectureScript.h"
 #include "engine/LineDetectors.h"
@@ -109,6 +110,37 @@ TEST(LineDetectors, QuestionRules)
     EXPECT_FALSE(hasLetter(u"12 !? 😀"_s));
 }
 
+TEST(LineDetectors, AlternativesAnswerAsTheWholePattern)
+{
+    const Alternatives grouped(u"(cat|d[|(]g|b\\|d|(x|y)z)"_s, Text::Regex::Case::Insensitive);
+    for (const QString &text : {u"CAT"_s, u"d|g"_s, u"d(g"_s, u"b|d"_s, u"yz"_s})
+        EXPECT_TRUE(grouped.matches(text)) << text.toStdString();
+    for (const QString &text : {u"dog"_s, u"bd"_s, u"y"_s, u""_s})
+        EXPECT_FALSE(grouped.matches(text)) << text.toStdString();
+    // Anchors keep their meaning in each alternative; groups side by side are not one group.
+    const Alternatives anchored(u"(a)b$|^(c)"_s, Text::Regex::Case::Sensitive);
+    EXPECT_TRUE(anchored.matches(u"xab"_s));
+    EXPECT_TRUE(anchored.matches(u"cx"_s));
+    EXPECT_FALSE(anchored.matches(u"abx"_s));
+    EXPECT_FALSE(anchored.matches(u"xc"_s));
+
+    const QStringList corpus{
+        u"What is entropy"_s, u"So what is entropy"_s, u"Anyone?"_s, u"이게 뭘 의미하는지 알아요"_s,
+        u"이 식은 어떻게 풀까요 . "_s, u"这是为什么。"_s, u"これは何ですか。"_s, u"这个很重要。"_s, u"Do you see it"_s,
+        u"Whom shall we ask"_s, u"any one here"_s, u"그렇죠?"_s, u"설명해 볼 사람?"_s, u"今天讲什么"_s,
+        u"The midterm exam is on Oct. 12th."_s, u"Due Sept. 12th"_s, u"시험은 5월 3일입니다"_s, u"3 月 12 日に試験"_s,
+        u"next Monday we meet"_s, u"This week is busy"_s, u"제출 마감은 다음주"_s, u"Check e-Class and the lms"_s,
+        u"The function converges"_s, u"ﬁnal exam"_s, u"FINAL EXAM"_s, u"Prüfung"_s, u"PRÜFUNG"_s,
+        u"May 5"_s, u"may be 5"_s, u"March 1234"_s, u"Mar 12th"_s, u"Mar 12thx"_s, u"12:30"_s, u""_s,
+        u"😀 emoji only"_s, QString(3000, u'가') + u"까요"_s};
+    for (const QString &text : corpus) {
+        EXPECT_EQ(isNotice(text), noticeKeywords().matches(text)) << text.toStdString();
+        const bool asked = (text.endsWith(u'?') || questionLike().matches(text)) && nonBlankCount(text) > 5
+                           && !rhetorical().matches(text);
+        EXPECT_EQ(isQuestion(text), asked) << text.toStdString();
+    }
+}
+
 TEST(LectureScript, RatioAndKeys)
 {
     const LectureScript korean(lectureIn(u"Korean"_s, u"window"_s));
@@ -116,7 +148,7 @@ TEST(LectureScript, RatioAndKeys)
     EXPECT_EQ(korean.ratio(u""_s), 0.0);
     EXPECT_DOUBLE_EQ(korean.ratio(u"가나 abc"_s), 0.4);
     EXPECT_DOUBLE_EQ(korean.ratio(u"가나다 abc"_s), 0.5);
-    EXPECT_FALSE(korean.found(u"only latin"_s));
+    EXPECT_TRUE(korean.read(u"only latin"_s).letters.isEmpty());
     // Punctuation, blanks, digits and letters of other scripts don't count in a key.
     EXPECT_EQ(korean.key(u"오늘 3장, 엔트로피(entropy)를 봅니다!"_s, 10), u"늘장엔트로피를봅니다"_s);
     EXPECT_EQ(korean.key(u"abc"_s, 10), QString());
@@ -127,6 +159,18 @@ TEST(LectureScript, RatioAndKeys)
     EXPECT_DOUBLE_EQ(any.ratio(u"e\u0301"_s), 0.5);
     EXPECT_EQ(any.ratio(u"😀😀 123"_s), 0.0);
     EXPECT_EQ(any.key(u"I'm here, 2 times!"_s, 20), u"Imheretimes"_s);
+
+    // The letters are exactly the pattern's matches put together, for every language's script.
+    for (const Language &language : Language::all()) {
+        const Text::Regex pattern(language.script);
+        const LectureScript script(lectureIn(language.id, u"window"_s));
+        for (const QString &text : {u"Ünïcode ß 한글 漢字 かな カナ 😀 e\u0301 𝐀 123"_s, u"Ça-va? Straße!"_s, QString()}) {
+            QString matched;
+            for (const Text::Regex::Match &match : pattern.all(text))
+                matched += match.text;
+            EXPECT_EQ(script.read(text).letters, matched) << language.id.toStdString();
+        }
+    }
 
     const LectureScript japanese(lectureIn(u"Japanese"_s, u"window"_s));
     EXPECT_EQ(japanese.ratio(u"これは漢字"_s), 1.0);
