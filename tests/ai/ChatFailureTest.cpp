@@ -121,3 +121,25 @@ TEST_F(VendorTest, ErrorMessagesAreCutAtEightyCharacters)
     const OpenAIProvider relayed({.model = QStringLiteral("gpt-5"), .viaRelay = true});
     EXPECT_EQ(relayed.chat({}, {user(QStringLiteral("Q"))}), QStringLiteral("（ChatGPT 的 API key 无效，请在设置里重新填写）"));
 }
+
+TEST_F(VendorTest, BrokenBodiesOverTheWireGiveEmptyText)
+{
+    QByteArray huge = R"JSON({"pad": ")JSON" + QByteArray(30'000'000, 'p')
+        + R"JSON(", "content": [{"type": "text", "text": "still read"}],
+        "output": [{"content": [{"type": "output_text", "text": "still read"}]}],
+        "candidates": [{"content": {"parts": [{"text": "still read"}]}}]})JSON";
+    const QList<QByteArray> bodies{"", "null", "[]", "\"text\"", "{\"content\": [", QByteArray(100'000, '['),
+                                   QByteArray("\x00\xff\xfe{}", 5), "{\"content\": {\"text\": 1}}"};
+    const QList<std::shared_ptr<AIProvider>> providers{
+        std::make_shared<ClaudeProvider>(ClaudeProvider::Settings{.key = QStringLiteral("k"), .model = QStringLiteral("claude-opus-5-5")}),
+        std::make_shared<OpenAIProvider>(OpenAIProvider::Settings{.key = QStringLiteral("k"), .model = QStringLiteral("gpt-5")}),
+        std::make_shared<GeminiProvider>(GeminiProvider::Settings{.key = QStringLiteral("k"), .model = QStringLiteral("gemini-2.5-pro")})};
+    for (const auto &provider : providers) {
+        for (const QByteArray &body : bodies) {
+            answer(body);
+            EXPECT_EQ(provider->chat({}, {user(QStringLiteral("Q"))}), QString()) << body.left(40).toStdString();
+        }
+        answer(huge);
+        EXPECT_EQ(provider->chat({}, {user(QStringLiteral("Q"))}), QStringLiteral("still read"));
+    }
+}

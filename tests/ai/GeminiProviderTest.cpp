@@ -63,8 +63,4 @@ TEST_F(GeminiTest, RepliesReadOnlyTheFirstCandidate)
     EXPECT_EQ(read(R"JSON({"candidates": [{"content": [{"parts": [{"text": "x"}]}]}]})JSON"), QString());
     EXPECT_EQ(read(R"JSON({"candidates": {"content": {"parts": [{"text": "x"}]}}})JSON"), QString());
     EXPECT_EQ(read(R"JSON({"candidates": []})JSON"), QString());
-
-    const GeminiProvider provider = gemini();
-    EXPECT_EQ(provider.displayName(), QStringLiteral("Gemini"));
-    EXPECT_EQ(provider.contextChars(), 6000);
 }

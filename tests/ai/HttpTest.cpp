@@ -7,11 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <thread>
 #include <vector>
 
@@ -30,51 +25,6 @@ int closedPort()
     const TestServer server;
     return server.port();
 }
-
-// Answers the first connection with bytes that are not HTTP, then closes it.
-class GarbageServer final
-{
-public:
-    GarbageServer()
-    {
-        listener_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        ::bind(listener_, reinterpret_cast<sockaddr *>(&address), sizeof address);
-        ::listen(listener_, 4);
-        socklen_t length = sizeof address;
-        ::getsockname(listener_, reinterpret_cast<sockaddr *>(&address), &length);
-        port_ = ntohs(address.sin_port);
-        thread_ = std::thread([this] {
-            const int connection = ::accept(listener_, nullptr, nullptr);
-            if (connection < 0)
-                return;
-            char buffer[4096];
-            (void)::recv(connection, buffer, sizeof buffer, 0);
-            const char reply[] = "SSH-2.0-OpenSSH_9.2\r\nnot a web server at all\r\n\r\n";
-            (void)::send(connection, reply, sizeof reply - 1, MSG_NOSIGNAL);
-            ::close(connection);
-        });
-    }
-    ~GarbageServer()
-    {
-        ::shutdown(listener_, SHUT_RDWR);
-        thread_.join();
-        ::close(listener_);
-    }
-    GarbageServer(const GarbageServer &) = delete;
-    GarbageServer &operator=(const GarbageServer &) = delete;
-    GarbageServer(GarbageServer &&) = delete;
-    GarbageServer &operator=(GarbageServer &&) = delete;
-
-    QUrl url() const { return QUrl(QStringLiteral("http://127.0.0.1:%1/").arg(port_)); }
-
-private:
-    int listener_ = -1;
-    int port_ = 0;
-    std::thread thread_;
-};
 
 } // namespace
 
@@ -204,8 +154,11 @@ TEST(Http, NoAnswerIsNoValue)
     EXPECT_EQ(stalled.requests().size(), 1);
 
     // Something that speaks another protocol.
-    const GarbageServer garbage;
-    EXPECT_FALSE(Http::send({.url = garbage.url()}));
+    TestServer garbage;
+    TestServer::Response ssh = TestServer::Response::json("SSH-2.0-OpenSSH_9.2\r\nnot a web server at all\r\n\r\n");
+    ssh.raw = true;
+    garbage.enqueue(ssh);
+    EXPECT_FALSE(Http::send({.url = at(garbage, QStringLiteral("/"))}));
 
     // Schemes other than http and https are never fetched, and no URL at all is no answer.
     EXPECT_FALSE(Http::send({.method = "GET", .url = QUrl(QStringLiteral("file:///etc/hostname"))}));

@@ -47,7 +47,10 @@ std::optional<QString> FakeProvider::chat(const QString &system, const QList<Tur
     changed_.notify_all();
     changed_.wait(lock, [&] { return !held_; });
     if (!queue_.empty()) {
-        std::optional<QString> reply = std::move(queue_.front());
+        // Swapped out rather than move-constructed: GCC 12 at -O2 reads the moved-from
+        // optional as maybe-uninitialised.
+        std::optional<QString> reply;
+        reply.swap(queue_.front());
         queue_.pop_front();
         return reply;
     }

@@ -192,7 +192,10 @@ void TestServer::serve(int socket)
             changed_.wait_for(lock, response.delay, [this] { return stopping_; });
             if (response.stall)
                 changed_.wait(lock, [this] { return stopping_; });
-            if (!stopping_) {
+            if (!stopping_ && response.raw) {
+                lock.unlock();
+                sendAll(socket, response.body);
+            } else if (!stopping_) {
                 lock.unlock();
                 QByteArray head = "HTTP/1.1 " + QByteArray::number(response.status) + ' ' + reason(response.status)
                     + "\r\nContent-Type: " + response.contentType

@@ -39,6 +39,7 @@ public:
         QMap<QByteArray, QByteArray> headers;
         std::chrono::milliseconds delay{0};
         bool stall = false;  // never answer; the connection stays open
+        bool raw = false;    // the body is the whole answer: no status line, no headers
 
         static Response json(const QByteArray &body, int status = 200)
         {
