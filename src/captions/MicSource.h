@@ -1,0 +1,78 @@
+#pragma once
+
+// The caption source that recognises the microphone on the device: one recogniser per language
+// of the class runs on the same sound, the lecture language first. Each also reports words of
+// its own language for speech in another; cleaned(), fits() and the final-line rules drop what
+// is unlikely to have been said. CloudSource uses one for its live draft.
+//
+// Threads: start(), read(), draft() and takeFinals() come from the engine's thread, stop() from
+// the coordinator, after start() has returned. The hub's audio thread only converts each buffer
+// and queues it for the recognisers. One reader thread per recogniser recognises and writes the
+// lines and the draft under the source's lock, which is held only for list operations. stop()
+// waits for the readers, at most one step of recognition. The hub must outlive the source.
+
+#include "captions/CaptionSource.h"
+#include "platform/SpeechRecognizer.h"
+
+#include <QStringList>
+#include <QUuid>
+
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+class MicHub;
+
+class MicSource final : public CaptionSource
+{
+public:
+    // Final lines kept for a reader that stops reading.
+    static constexpr qsizetype linesAtMost = 200;
+
+    MicSource(QStringList localeIDs, MicHub &hub, SpeechRecognizer::Factory recognizers);
+    ~MicSource() override;   // stops
+    MicSource(const MicSource &) = delete;
+    MicSource &operator=(const MicSource &) = delete;
+    MicSource(MicSource &&) = delete;
+    MicSource &operator=(MicSource &&) = delete;
+
+    std::optional<QString> start() override;
+    QString read() override;
+    QString draft() override;
+    void stop() override;
+
+    // The final lines not read yet, unjoined; they are gone afterwards.
+    QStringList takeFinals();
+
+    // The believable runs of a result: words under the confidence threshold are dropped and
+    // split the text; a secondary language needs three words in a row.
+    static QString cleaned(const QList<SpeechRecognizer::Piece> &pieces, bool primary, bool primaryIsLatin);
+    // Whether a text is really in the language of the locale identifier.
+    static bool fits(const QString &text, const QString &language);
+
+private:
+    class Listening;
+    struct Reading
+    {
+        QString locale;
+        bool primary = false;
+    };
+
+    std::optional<QString> loadRecognizers(std::vector<std::shared_ptr<SpeechRecognizer>> &recognizers,
+                                           QStringList &locales);
+    void receive(const SpeechRecognizer::Result &result, const Reading &reading, bool primaryIsLatin);
+    static bool passes(const QString &text, const Reading &reading);
+
+    const QStringList localeIDs_;
+    MicHub &hub_;
+    const SpeechRecognizer::Factory recognizers_;
+
+    std::mutex mutex_;   // guards lines_ and pending_
+    QStringList lines_;
+    QString pending_;
+
+    std::optional<QUuid> micListener_;
+    std::shared_ptr<Listening> listening_;   // the audio thread holds it weakly
+    std::vector<std::jthread> readers_;
+};

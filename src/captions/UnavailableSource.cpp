@@ -1,0 +1,6 @@
+#include "captions/UnavailableSource.h"
+
+UnavailableSource::UnavailableSource(QString problem)
+    : problem_(std::move(problem))
+{
+}

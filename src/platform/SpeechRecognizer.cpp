@@ -1,0 +1,3 @@
+#include "platform/SpeechRecognizer.h"
+
+SpeechRecognizer::~SpeechRecognizer() = default;

@@ -1,0 +1,28 @@
+#pragma once
+
+// Spoken English for speech tests: sentences said by flite's "slt" voice (which PocketSphinx
+// recognises well) with pauses between them, in one 16 kHz mono 16-bit WAV file.
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+struct SpeechAudio
+{
+    struct Script
+    {
+        QStringList sentences;
+        double leadSeconds = 0.5;    // quiet before the first sentence
+        double pauseSeconds = 1.0;   // after each sentence
+        double noise = 0;            // > 0: white noise of this amplitude under everything, as in a room
+    };
+
+    QString path;
+    QList<double> sentenceEnds;   // seconds into the file at which each sentence's sound ends
+    double seconds = 0;
+
+    // Made in `folder`; none when flite or sox fails.
+    static std::optional<SpeechAudio> make(const QString &folder, const Script &script);
+};
