@@ -8,6 +8,8 @@
 #include <sphinxbase/cmn.h>
 #include <sphinxbase/feat.h>
 
+#include <cstdlib>
+
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -87,8 +89,12 @@ ps_decoder_t *open(const Model &model)
 bool loadsInChild(const Model &model)
 {
     const pid_t child = fork();
-    if (child == 0)
+    if (child == 0) {
+        // Registered last, so it runs first: the parent's exit handlers (waiting for threads the
+        // child doesn't have) never run when PocketSphinx calls exit().
+        std::atexit([] { _exit(1); });
         _exit(open(model) ? 0 : 1);
+    }
     if (child < 0)
         return false;
     int status = 0;

@@ -4,7 +4,7 @@
 
 AudioFormat FakeAudioInput::format()
 {
-    return failure ? AudioFormat() : delivered;
+    return delivered;
 }
 
 std::optional<QString> FakeAudioInput::start(Receiver receiver)

@@ -26,6 +26,7 @@ public:
     void play(const std::vector<float> &samples, qsizetype frames);
     Counts counts() const;
 
+    // Invalid: there is no input device.
     AudioFormat delivered{48'000, 2};
     // When set, start() fails with it.
     std::optional<QString> failure;

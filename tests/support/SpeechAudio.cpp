@@ -1,5 +1,6 @@
 #include "SpeechAudio.h"
 
+#include "AudioFiles.h"
 #include "platform/WavFile.h"
 
 #include <QDir>
@@ -9,11 +10,11 @@
 
 namespace {
 
-bool run(const QString &program, const QStringList &arguments)
+bool say(const QString &sentence, const QString &path)
 {
-    QProcess process;
-    process.start(program, arguments);
-    return process.waitForFinished(60'000) && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+    return QProcess::execute(QStringLiteral("flite"), {QStringLiteral("-voice"), QStringLiteral("slt"), QStringLiteral("-t"),
+                                                       sentence, QStringLiteral("-o"), path})
+           == 0;
 }
 
 // Length of the file and the time of its last sample louder than a whisper.
@@ -36,47 +37,41 @@ std::optional<std::pair<double, double>> soundOf(const QString &path)
 }
 
 // A file of quiet in the speech's format.
-bool makeQuiet(const QString &path, double seconds)
+QString quiet(const QString &folder, const QString &name, double seconds)
 {
-    return run(QStringLiteral("sox"), {QStringLiteral("-n"), QStringLiteral("-r16000"), QStringLiteral("-c1"),
-                                       QStringLiteral("-b16"), path, QStringLiteral("trim"), QStringLiteral("0"),
-                                       QString::number(seconds)});
+    return soxFile(folder, name, {QStringLiteral("-n")},
+                   {QStringLiteral("-r16000"), QStringLiteral("-c1"), QStringLiteral("-b16")},
+                   {QStringLiteral("trim"), QStringLiteral("0"), QString::number(seconds)});
 }
 
 } // namespace
 
 std::optional<SpeechAudio> SpeechAudio::make(const QString &folder, const Script &script)
 {
-    const QDir dir(folder);
-    const QString lead = dir.filePath(QStringLiteral("lead.wav"));
-    const QString pause = dir.filePath(QStringLiteral("pause.wav"));
-    if (!makeQuiet(lead, script.leadSeconds) || !makeQuiet(pause, script.pauseSeconds))
+    const QString lead = quiet(folder, QStringLiteral("lead.wav"), script.leadSeconds);
+    const QString pause = quiet(folder, QStringLiteral("pause.wav"), script.pauseSeconds);
+    if (lead.isEmpty() || pause.isEmpty())
         return std::nullopt;
 
     SpeechAudio speech;
     QStringList parts{lead};
     double at = script.leadSeconds;
     for (qsizetype i = 0; i < script.sentences.size(); ++i) {
-        const QString said = dir.filePath(QStringLiteral("sentence%1.wav").arg(i));
-        if (!run(QStringLiteral("flite"), {QStringLiteral("-voice"), QStringLiteral("slt"), QStringLiteral("-t"),
-                                           script.sentences[i], QStringLiteral("-o"), said}))
-            return std::nullopt;
-        const auto sound = soundOf(said);
+        const QString said = QDir(folder).filePath(QStringLiteral("sentence%1.wav").arg(i));
+        const auto sound = say(script.sentences[i], said) ? soundOf(said) : std::nullopt;
         if (!sound)
             return std::nullopt;
         speech.sentenceEnds << at + sound->second;
         at += sound->first + script.pauseSeconds;
         parts << said << pause;
     }
-
-    speech.path = dir.filePath(QStringLiteral("speech.wav"));
     speech.seconds = at;
-    if (script.noise <= 0)
-        return run(QStringLiteral("sox"), parts + QStringList{speech.path}) ? std::optional(speech) : std::nullopt;
-    const QString clean = dir.filePath(QStringLiteral("clean.wav"));
-    const QString noise = QStringLiteral("|sox -n -r 16000 -c 1 -b 16 -p synth %1 whitenoise vol %2").arg(at).arg(script.noise);
-    if (!run(QStringLiteral("sox"), parts + QStringList{clean})
-        || !run(QStringLiteral("sox"), {QStringLiteral("-m"), QStringLiteral("-v1"), clean, QStringLiteral("-v1"), noise, speech.path}))
-        return std::nullopt;
-    return speech;
+
+    if (script.noise > 0) {
+        const QString clean = soxFile(folder, QStringLiteral("clean.wav"), parts, {});
+        const QString noise = QStringLiteral("|sox -n -r 16000 -c 1 -b 16 -p synth %1 whitenoise vol %2").arg(at).arg(script.noise);
+        parts = {QStringLiteral("-m"), QStringLiteral("-v1"), clean, QStringLiteral("-v1"), noise};
+    }
+    speech.path = soxFile(folder, QStringLiteral("speech.wav"), parts, {});
+    return speech.path.isEmpty() ? std::nullopt : std::optional(speech);
 }
