@@ -1,6 +1,7 @@
 #include "captions/MicSource.h"
 
 #include "captions/MicHub.h"
+#include "captions/Sentences.h"
 #include "platform/AudioConverter.h"
 #include "platform/LanguageIdentifier.h"
 #include "text/Characters.h"
@@ -174,10 +175,8 @@ void MicSource::receive(const SpeechRecognizer::Result &result, const Reading &r
         return;
     }
 
-    static const Text::Regex sentenceEnd(QStringLiteral("([.?!。？！])\\s*"));
     QStringList kept;
-    for (const QString &part : sentenceEnd.replace(text, QStringLiteral("$1\n")).split(u'\n', Qt::SkipEmptyParts)) {
-        const QString sentence = Text::trimmed(part);
+    for (const QString &sentence : Sentences::split(text)) {
         if (passes(sentence, reading))
             kept << sentence;
     }

@@ -4,15 +4,15 @@
 
 AudioFormat FakeAudioInput::format()
 {
-    return delivered;
+    return failure ? AudioFormat() : delivered;
 }
 
 std::optional<QString> FakeAudioInput::start(Receiver receiver)
 {
     std::scoped_lock lock(mutex_);
     ++counts_.starts;
-    if (failure)
-        return failure;
+    if (failure || busy)
+        return failure ? failure : busy;
     receiver_ = std::move(receiver);
     counts_.running = true;
     return std::nullopt;

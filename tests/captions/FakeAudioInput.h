@@ -26,10 +26,11 @@ public:
     void play(const std::vector<float> &samples, qsizetype frames);
     Counts counts() const;
 
-    // Invalid: there is no input device.
     AudioFormat delivered{48'000, 2};
-    // When set, start() fails with it.
+    // When set, there is no input device: the format is invalid and start() fails with it.
     std::optional<QString> failure;
+    // When set, the device is there but start() fails with it.
+    std::optional<QString> busy;
 
 private:
     mutable std::mutex mutex_;

@@ -85,6 +85,7 @@ TEST_F(MicHubTest, FailedStartPutsEverythingBackAndTheNextAddTriesAgain)
         EXPECT_STREQ(error.what(), "找不到音频输入设备");
     }
     EXPECT_FALSE(hub.running());
+    EXPECT_FALSE(hub.format().isValid());
 
     input->failure.reset();
     const QUuid id = hub.add(heard.listener());

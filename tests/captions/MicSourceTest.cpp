@@ -23,10 +23,10 @@ protected:
 
 TEST_F(MicSourceTest, StartStopsAtTheFirstProblemWithItsWords)
 {
-    input->delivered = {};
+    input->failure = QStringLiteral("找不到音频输入设备");
     EXPECT_EQ(MicSource({english}, hub, recognizers.factory()).start(),
               u"没有麦克风权限：请在 设置 → 声音 → 输入 中选择麦克风并允许 Quillet Beta 使用");
-    input->delivered = {48'000, 2};
+    input->failure.reset();
 
     EXPECT_EQ(MicSource({QStringLiteral("ja-JP"), english}, hub, recognizers.factory()).start(),
               u"本机语音识别不支持这门课的语言（ja-JP）")
@@ -48,7 +48,7 @@ TEST_F(MicSourceTest, StartStopsAtTheFirstProblemWithItsWords)
     EXPECT_EQ(MicSource({english}, hub, recognizers.factory()).start(), u"无法转换麦克风音频格式");
     input->delivered = {48'000, 2};
 
-    input->failure = QStringLiteral("无法打开音频输入设备“USB”");
+    input->busy = QStringLiteral("无法打开音频输入设备“USB”");
     MicSource failed({english}, hub, recognizers.factory());
     EXPECT_EQ(failed.start(), u"麦克风启动失败：无法打开音频输入设备“USB”");
     failed.stop();
