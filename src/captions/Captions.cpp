@@ -1,6 +1,7 @@
 #include "captions/Captions.h"
 
 #include "app/Config.h"
+#include "captions/CloudSource.h"
 #include "captions/MicSource.h"
 #include "captions/UnavailableSource.h"
 #include "platform/PocketSphinxRecognizer.h"
@@ -12,6 +13,10 @@ std::unique_ptr<CaptionSource> makeSource(const Config &config, MicHub &hub)
     QStringList locales{config.lecture().locale};
     for (const Language &extra : config.extras())
         locales << extra.locale;
-    // Cloud recognition is not in this build yet: the device's own recogniser keeps the class captioned.
+    if (config.recognizer == u"cloud")
+        return std::make_unique<CloudSource>(
+            CloudSource::Settings{config.cloudModel.value_or(QStringLiteral("gpt-4o-mini-transcribe")), locales,
+                                  config.usesQuilletAI()},
+            hub, PocketSphinxRecognizer::factory());
     return std::make_unique<MicSource>(locales, hub, PocketSphinxRecognizer::factory());
 }

@@ -69,11 +69,16 @@ MicSource::~MicSource()
     stop();
 }
 
+QString MicSource::noMicrophone()
+{
+    return QStringLiteral("没有麦克风权限：请在 设置 → 声音 → 输入 中选择麦克风并允许 Quillet Beta 使用");
+}
+
 std::optional<QString> MicSource::start()
 {
     // Linux asks no permission: the microphone is allowed when an input device is there.
     if (!hub_.format().isValid())
-        return QStringLiteral("没有麦克风权限：请在 设置 → 声音 → 输入 中选择麦克风并允许 Quillet Beta 使用");
+        return noMicrophone();
 
     std::vector<std::shared_ptr<SpeechRecognizer>> recognizers;
     QStringList locales;

@@ -42,6 +42,9 @@ public:
     QString draft() override;
     void stop() override;
 
+    // What start() says when there is no microphone to listen to.
+    static QString noMicrophone();
+
     // The final lines not read yet, unjoined; they are gone afterwards.
     QStringList takeFinals();
 

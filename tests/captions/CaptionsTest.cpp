@@ -26,8 +26,7 @@ TEST(CaptionsTest, MakeSourceFollowsTheSourceTypeThenTheRecognizer)
     config.sourceType = QStringLiteral("mic");
     config.lectureLanguage = QStringLiteral("Korean");
     config.extraLanguages = QStringList{QStringLiteral("English")};
-    for (const std::optional<QString> &recognizer : {std::optional<QString>(), std::optional(QStringLiteral("local")),
-                                                     std::optional(QStringLiteral("cloud"))}) {
+    for (const std::optional<QString> &recognizer : {std::optional<QString>(), std::optional(QStringLiteral("local"))}) {
         config.recognizer = recognizer;
         EXPECT_EQ(makeSource(config, hub)->start(), u"本机语音识别不支持这门课的语言（ko-KR）");
     }
