@@ -75,15 +75,7 @@ std::optional<QString> CloudSource::start()
     local_->start();
 
     tap_ = std::make_shared<Tap>(std::move(converter), segments_, clock_);
-    try {
-        listener_ = hub_.add([tap = std::weak_ptr<Tap>(tap_)](const AudioBuffer &buffer) {
-            if (const auto alive = tap.lock())
-                alive->hear(buffer);
-        });
-    } catch (const MicHub::Error &error) {
-        return u"麦克风启动失败：" + error.message();
-    }
-    return std::nullopt;
+    return MicSource::listen(hub_, tap_, listener_);
 }
 
 QString CloudSource::read()

@@ -107,15 +107,7 @@ std::optional<QString> MicSource::start()
         return QStringLiteral("无法转换麦克风音频格式");
     listening_ = std::make_shared<Listening>(std::move(converter), std::move(recognizers));
 
-    try {
-        micListener_ = hub_.add([listening = std::weak_ptr<Listening>(listening_)](const AudioBuffer &buffer) {
-            if (const auto alive = listening.lock())
-                alive->hear(buffer);
-        });
-    } catch (const MicHub::Error &error) {
-        return u"麦克风启动失败：" + error.message();
-    }
-    return std::nullopt;
+    return listen(hub_, listening_, micListener_);
 }
 
 std::optional<QString> MicSource::loadRecognizers(std::vector<std::shared_ptr<SpeechRecognizer>> &recognizers,

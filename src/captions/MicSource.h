@@ -12,6 +12,7 @@
 // waits for the readers, at most one step of recognition. The hub must outlive the source.
 
 #include "captions/CaptionSource.h"
+#include "captions/MicHub.h"
 #include "platform/SpeechRecognizer.h"
 
 #include <QStringList>
@@ -21,8 +22,6 @@
 #include <mutex>
 #include <thread>
 #include <vector>
-
-class MicHub;
 
 class MicSource final : public CaptionSource
 {
@@ -44,6 +43,10 @@ public:
 
     // What start() says when there is no microphone to listen to.
     static QString noMicrophone();
+    // Lets the hearer hear() the hub's buffers on the audio thread for as long as it lives (the
+    // hub holds it weakly) and sets id; the problem worded for the user when the input won't start.
+    template <typename Hearer>
+    static std::optional<QString> listen(MicHub &hub, const std::shared_ptr<Hearer> &hearer, std::optional<QUuid> &id);
 
     // The final lines not read yet, unjoined; they are gone afterwards.
     QStringList takeFinals();
@@ -79,3 +82,17 @@ private:
     std::shared_ptr<Listening> listening_;   // the audio thread holds it weakly
     std::vector<std::jthread> readers_;
 };
+
+template <typename Hearer>
+std::optional<QString> MicSource::listen(MicHub &hub, const std::shared_ptr<Hearer> &hearer, std::optional<QUuid> &id)
+{
+    try {
+        id = hub.add([weak = std::weak_ptr<Hearer>(hearer)](const AudioBuffer &buffer) {
+            if (const auto alive = weak.lock())
+                alive->hear(buffer);
+        });
+    } catch (const MicHub::Error &error) {
+        return u"麦克风启动失败：" + error.message();
+    }
+    return std::nullopt;
+}

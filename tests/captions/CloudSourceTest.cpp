@@ -91,15 +91,16 @@ TEST_F(CloudSourceTest, StartNeedsAKeyOfItsOwnAndAMicrophone)
     EXPECT_EQ(source({english})->start(), QStringLiteral(u"云端识别需要 OpenAI 的 API key：在 设置 › AI 模型分配 里填上"));
     Keychain::set(QStringLiteral("openai"), QStringLiteral("sk-test"));
 
-    input->delivered = {};
+    input->failure = QStringLiteral(u"找不到音频输入设备");
     EXPECT_EQ(source({english}, true)->start(),
               QStringLiteral(u"没有麦克风权限：请在 设置 → 声音 → 输入 中选择麦克风并允许 Quillet Beta 使用"))
         << "through the relay no key is needed, but a microphone is";
+    input->failure.reset();
     input->delivered = {48'000, 100'000};
     EXPECT_EQ(source({english})->start(), QStringLiteral(u"找不到可用的音频格式"));
     input->delivered = {48'000, 2};
 
-    input->failure = QStringLiteral(u"无法打开音频输入设备“USB”");
+    input->busy = QStringLiteral(u"无法打开音频输入设备“USB”");
     auto failed = source({english});
     EXPECT_EQ(failed->start(), QStringLiteral(u"麦克风启动失败：无法打开音频输入设备“USB”"));
     failed->stop();
