@@ -19,9 +19,12 @@ constexpr qsizetype eventContextChars = 3000;
 constexpr qsizetype eventTitleKeyChars = 2;
 
 // Runs the call on the thread pool and hands the reply on; the state lives as long as the task.
+// Without a fast provider nothing is sent.
 template<typename Handle>
 void send(std::shared_ptr<EngineState> state, const QString &prompt, Handle handle)
 {
+    if (!state->fast)
+        return;
     Http::taskPool().start([state = std::move(state), prompt, handle = std::move(handle)] {
         const QList<Turn> turns{Turn{QStringLiteral("user"), prompt, {}}};
         handle(*state, state->fast->chat(state->systemPrompt, turns));
@@ -107,8 +110,6 @@ QList<ClassEvent> eventsIn(const std::optional<QString> &reply)
 
 void ask(std::shared_ptr<EngineState> state, const QString &kind, const QString &prompt)
 {
-    if (!state->fast)
-        return;
     send(std::move(state), prompt, [kind](EngineState &shared, const std::optional<QString> &reply) {
         const auto text = meaningful(reply);
         if (!text)
@@ -120,8 +121,6 @@ void ask(std::shared_ptr<EngineState> state, const QString &kind, const QString 
 
 void summarize(std::shared_ptr<EngineState> state, const QString &prompt)
 {
-    if (!state->fast)
-        return;
     send(std::move(state), prompt, [](EngineState &shared, const std::optional<QString> &reply) {
         const auto text = meaningful(reply);
         // A failure text never replaces the summary.
@@ -135,8 +134,6 @@ void summarize(std::shared_ptr<EngineState> state, const QString &prompt)
 
 void collectVocabulary(std::shared_ptr<EngineState> state, const QString &prompt)
 {
-    if (!state->fast)
-        return;
     send(std::move(state), prompt, [](EngineState &shared, const std::optional<QString> &reply) {
         const QList<VocabularyTerm> fresh = shared.addFreshTerms(termsIn(reply));
         if (!fresh.isEmpty())
@@ -147,8 +144,6 @@ void collectVocabulary(std::shared_ptr<EngineState> state, const QString &prompt
 
 void findEvents(std::shared_ptr<EngineState> state, const QStringList &sentences, const QString &context)
 {
-    if (!state->fast)
-        return;
     Prompts::Variables variables{{QStringLiteral("context"), Text::suffix(context, eventContextChars)},
                                  {QStringLiteral("sentences"), sentences.join(u'\n')},
                                  {QStringLiteral("today"), today(state->clock->now())},

@@ -115,11 +115,10 @@ std::optional<QStringList> Triggers::sendCards(Batch &batch, const BatchTiming &
     if (!batch.ready(timing.settle, timing.maxWait, now()))
         return std::nullopt;
     QStringList sentences = batch.take();
-    Prompts::Variables variables = state_->languages;
-    variables.insert(QStringLiteral("context"), state_->contextWindow());
-    variables.insert(QStringLiteral("sentences"), sentences.join(u'\n'));
-    variables.insert(QStringLiteral("recent"), state_->shown(kind));
-    ModelCalls::ask(state_, kind, Prompts::fill(prompt, variables));
+    ModelCalls::ask(state_, kind,
+                    filled(prompt, {{QStringLiteral("context"), state_->contextWindow()},
+                                    {QStringLiteral("sentences"), sentences.join(u'\n')},
+                                    {QStringLiteral("recent"), state_->shown(kind)}}));
     return sentences;
 }
 
@@ -145,22 +144,25 @@ std::optional<QString> Triggers::due(Cadence &cadence, qsizetype lineCount, bool
 
 void Triggers::sendSummary(qsizetype lineCount, bool on)
 {
-    const auto text = due(summary_, lineCount, on);
-    if (!text)
-        return;
-    Prompts::Variables variables = state_->languages;
-    variables.insert(QStringLiteral("summary"), orElse(state_->summary(), QStringLiteral("(none yet)")));
-    variables.insert(QStringLiteral("context"), *text);
-    ModelCalls::summarize(state_, Prompts::fill(Prompts::liveSummary(), variables));
+    if (const auto text = due(summary_, lineCount, on))
+        ModelCalls::summarize(
+            state_, filled(Prompts::liveSummary(),
+                           {{QStringLiteral("summary"), orElse(state_->summary(), QStringLiteral("(none yet)"))},
+                            {QStringLiteral("context"), *text}}));
 }
 
 void Triggers::sendVocabulary(qsizetype lineCount, bool on)
 {
-    const auto text = due(vocabulary_, lineCount, on);
-    if (!text)
-        return;
-    Prompts::Variables variables = state_->languages;
-    variables.insert(QStringLiteral("context"), *text);
-    variables.insert(QStringLiteral("known"), orElse(state_->knownTerms(knownTermsInPrompt), QStringLiteral("(none)")));
-    ModelCalls::collectVocabulary(state_, Prompts::fill(Prompts::vocabulary(), variables));
+    if (const auto text = due(vocabulary_, lineCount, on))
+        ModelCalls::collectVocabulary(
+            state_, filled(Prompts::vocabulary(),
+                           {{QStringLiteral("context"), *text},
+                            {QStringLiteral("known"),
+                             orElse(state_->knownTerms(knownTermsInPrompt), QStringLiteral("(none)"))}}));
+}
+
+QString Triggers::filled(const QString &prompt, Prompts::Variables variables) const
+{
+    variables.insert(state_->languages);
+    return Prompts::fill(prompt, variables);
 }

@@ -37,7 +37,6 @@ public:
     };
 
 private:
-
     // The pace of the running summary or of the vocabulary: a call after enough new lines, or
     // after some lines once the wait is over.
     struct Cadence
@@ -60,6 +59,8 @@ private:
     void sendVocabulary(qsizetype lineCount, bool on);
     // The new lines when a call is due (the cadence then counts from now), else nothing.
     std::optional<QString> due(Cadence &cadence, qsizetype lineCount, bool on);
+    // The template filled with the variables and the lecture and answer languages.
+    QString filled(const QString &prompt, Prompts::Variables variables) const;
     Duration now() const;
 
     std::shared_ptr<EngineState> state_;
