@@ -78,7 +78,7 @@ const Text::Regex &compiled()
     return pattern;
 }
 
-// The two long alternations, tried one alternative at a time: same answers, a fraction of the time.
+// The long alternations, tried one alternative at a time: same answers, a fraction of the time.
 template<const char16_t *text>
 const Alternatives &alternatives()
 {
@@ -164,6 +164,11 @@ bool isDraftQuestion(const QString &sentence)
 {
     return nonBlankCount(sentence) > draftQuestionMinimum
            && (sentence.endsWith(u'?') || sentence.endsWith(u'？')) && !rhetorical().matches(sentence);
+}
+
+bool isClassEnd(const QString &sentence)
+{
+    return alternatives<classEndText>().matches(sentence);
 }
 
 } // namespace LineDetectors

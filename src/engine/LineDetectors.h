@@ -36,5 +36,7 @@ bool isQuestion(const QString &sentence);
 bool isNotice(const QString &sentence);
 // A sentence of the unfinished draft (already trimmed) that asks the class something.
 bool isDraftQuestion(const QString &sentence);
+// A sentence with which a teacher closes the class.
+bool isClassEnd(const QString &sentence);
 
 } // namespace LineDetectors

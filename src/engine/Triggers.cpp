@@ -82,7 +82,7 @@ void Triggers::consider(const QString &sentence, bool publish)
     const LectureScript::Reading reading = state_->script.read(sentence);
     if (reading.ratio < examinedRatio)
         return;
-    if (!ended_ && now() - state_->started > classEndAfter && LineDetectors::classEnd().matches(sentence)) {
+    if (!ended_ && now() - state_->started > classEndAfter && LineDetectors::isClassEnd(sentence)) {
         ended_ = true;
         state_->callbacks.onClassEnd();
     }

@@ -11,6 +11,12 @@ icu::UnicodeString toIcu(const QString &text)
     return icu::UnicodeString(reinterpret_cast<const UChar *>(text.utf16()), int32_t(text.size()));
 }
 
+// The text to search, aliased rather than copied: it must outlive every matcher made on it.
+icu::UnicodeString searched(const QString &text)
+{
+    return icu::UnicodeString(false, reinterpret_cast<const UChar *>(text.utf16()), int32_t(text.size()));
+}
+
 QString fromIcu(const icu::UnicodeString &text)
 {
     return QString(reinterpret_cast<const QChar *>(text.getBuffer()), text.length());
@@ -51,7 +57,7 @@ QList<Regex::Match> Regex::all(const QString &text) const
     QList<Match> matches;
     if (!pattern_)
         return matches;
-    const icu::UnicodeString input = toIcu(text);
+    const icu::UnicodeString input = searched(text);
     UErrorCode status = U_ZERO_ERROR;
     std::unique_ptr<icu::RegexMatcher> matcher(pattern_->matcher(input, status));
     if (U_FAILURE(status))
@@ -65,7 +71,7 @@ std::optional<Regex::Match> Regex::first(const QString &text) const
 {
     if (!pattern_)
         return std::nullopt;
-    const icu::UnicodeString input = toIcu(text);
+    const icu::UnicodeString input = searched(text);
     UErrorCode status = U_ZERO_ERROR;
     std::unique_ptr<icu::RegexMatcher> matcher(pattern_->matcher(input, status));
     if (U_FAILURE(status) || !matcher->find(status) || U_FAILURE(status))
@@ -73,11 +79,21 @@ std::optional<Regex::Match> Regex::first(const QString &text) const
     return matchAt(*matcher, text, status);
 }
 
+bool Regex::matches(const QString &text) const
+{
+    if (!pattern_)
+        return false;
+    const icu::UnicodeString input = searched(text);
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::RegexMatcher> matcher(pattern_->matcher(input, status));
+    return U_SUCCESS(status) && matcher->find(status) && U_SUCCESS(status);
+}
+
 QString Regex::replace(const QString &text, const QString &replacement) const
 {
     if (!pattern_)
         return text;
-    const icu::UnicodeString input = toIcu(text);
+    const icu::UnicodeString input = searched(text);
     UErrorCode status = U_ZERO_ERROR;
     std::unique_ptr<icu::RegexMatcher> matcher(pattern_->matcher(input, status));
     if (U_FAILURE(status))

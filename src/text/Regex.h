@@ -42,7 +42,7 @@ public:
 
     QList<Match> all(const QString &text) const;
     std::optional<Match> first(const QString &text) const;
-    bool matches(const QString &text) const { return first(text).has_value(); }
+    bool matches(const QString &text) const;
     // Replaces every match; the replacement may name groups as $1, $2, ...
     QString replace(const QString &text, const QString &replacement) const;
 
