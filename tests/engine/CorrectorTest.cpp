@@ -127,46 +127,40 @@ protected:
     QList<Delivered> fixes;
 };
 
-TEST_F(CorrectorTest, AcceptsAFixOnlyWithinTheLengthBounds)
+TEST_F(CorrectorTest, AcceptsAFixOnlyCloseToTheRow)
 {
     answerFromScript();
-    // Rows of 10 characters with fixes of 6 (ratio 0.6), 7, 16 (1.6) and 15 characters.
-    const QList<std::pair<int, int>> cases{{1, 6}, {2, 7}, {3, 16}, {4, 15}};
-    for (const auto &[id, length] : cases) {
-        const QString original = QStringLiteral("abcdefghi") + QString::number(id);
-        script[original] = {original.repeated(2).left(length), QStringLiteral("翻译")};
-        corrector->add(id, original);
+    // (row, fix, accepted): the fix must have more than 0.6 and less than 1.6 times the row's
+    // characters, and at least half of its non-blank characters must come from the row, each
+    // character of the row counted once.
+    const QList<std::tuple<QString, QString, bool>> cases{
+        {QStringLiteral("abcdefghi1"), QStringLiteral("abcdef"), false},
+        {QStringLiteral("abcdefghi2"), QStringLiteral("abcdefg"), true},
+        {QStringLiteral("abcdefghi3"), QStringLiteral("abcdefghi3abcdef"), false},
+        {QStringLiteral("abcdefghi4"), QStringLiteral("abcdefghi4abcde"), true},
+        // An empty row: the ratio divides by one, then no character of the fix is a hit.
+        {QString(), QStringLiteral("x"), false},
+        {QStringLiteral("그 사람은 학교에 갔다"), QStringLiteral("학교 학교 학교 학교 학교"), false},
+        // Spaces count in the length (15 of 10, then 17 of 10) but not in the hits.
+        {QStringLiteral("abcdefghij"), QStringLiteral("a b c d e f g h"), true},
+        {QStringLiteral("abcdefghik"), QStringLiteral("a b c d e f g h i"), false},
+        {QStringLiteral("abcd"), QStringLiteral("abxy"), true},
+        // Characters are graphemes: a decomposed é in the fix is not the e of the row.
+        {QStringLiteral("eeee"), QString::fromUtf16(u"e\u0301e\u0301e\u0301e"), false},
+    };
+    QList<int> accepted;
+    for (qsizetype i = 0; i < cases.size(); ++i) {
+        const auto &[row, fix, good] = cases[i];
+        script[row] = {fix, QStringLiteral("翻译")};
+        corrector->add(int(i), row);
+        if (good)
+            accepted.append(int(i));
     }
     finish();
-    EXPECT_EQ(fixedIds(), (QList<int>{2, 4}));
+    EXPECT_EQ(fixedIds(), accepted);
     EXPECT_EQ(fixes[0].text, QStringLiteral("abcdefg"));
     EXPECT_EQ(fixes[0].translation, QStringLiteral("翻译"));
     EXPECT_TRUE(fixes[0].onMainThread);
-}
-
-TEST_F(CorrectorTest, CountsEachCharacterOfTheRowOnceAndIgnoresWhitespaceInHits)
-{
-    answerFromScript();
-    // An empty row: the ratio divides by one, then no character of the fix is a hit.
-    script[QString()] = {QStringLiteral("x"), QStringLiteral("译")};
-    corrector->add(1, QString());
-    // One word of the row repeated: each of its characters hits once only.
-    script[QStringLiteral("그 사람은 학교에 갔다")] = {QStringLiteral("학교 학교 학교 학교 학교"), QStringLiteral("学校")};
-    corrector->add(2, QStringLiteral("그 사람은 학교에 갔다"));
-    // Spaces count in the length (15 of 10) but not in the hits (8 of 8).
-    script[QStringLiteral("abcdefghij")] = {QStringLiteral("a b c d e f g h"), QStringLiteral("译")};
-    corrector->add(3, QStringLiteral("abcdefghij"));
-    // One space more makes 17 of 10: too long, though every letter hits.
-    script[QStringLiteral("abcdefghik")] = {QStringLiteral("a b c d e f g h i"), QStringLiteral("译")};
-    corrector->add(4, QStringLiteral("abcdefghik"));
-    // Half of the fix from the row is enough: "ab" hits, "xy" doesn't.
-    script[QStringLiteral("abcd")] = {QStringLiteral("abxy"), QStringLiteral("译")};
-    corrector->add(5, QStringLiteral("abcd"));
-    // Characters are graphemes: a decomposed é in the fix is not the e of the row.
-    script[QStringLiteral("eeee")] = {QString::fromUtf16(u"e\u0301e\u0301e\u0301e"), QStringLiteral("译")};
-    corrector->add(6, QStringLiteral("eeee"));
-    finish();
-    EXPECT_EQ(fixedIds(), (QList<int>{3, 5}));
 }
 
 TEST_F(CorrectorTest, RefusedFixKeepsTheRowAndDropsItsTranslation)

@@ -4,12 +4,22 @@
 
 #include <QThreadPool>
 
+Config classConfig(const QString &sourceType, const QString &language)
+{
+    Config config;
+    config.sourceType = sourceType;
+    config.app = QStringLiteral("Zoom");
+    config.lectureLanguage = language;
+    config.answerLanguage = QStringLiteral("Simplified Chinese");
+    return config;
+}
+
 template<typename Change>
 void Recorder::record(Change change)
 {
     {
         std::scoped_lock lock(mutex_);
-        change();
+        change(seen_);
     }
     changed_.notify_all();
 }
@@ -17,94 +27,27 @@ void Recorder::record(Change change)
 void Recorder::wire(Engine &engine)
 {
     engine.onResult = [this](const QString &kind, const QString &text, const QString &time) {
-        record([&] { results_ << Result{kind, text, time}; });
+        record([&](Seen &seen) { seen.results << Seen::Result{kind, text, time}; });
     };
-    engine.onStatus = [this](const QString &text) { record([&] { statuses_ << text; }); };
-    engine.onCaption = [this](const QString &draft) { record([&] { captions_ << draft; }); };
-    engine.onLine = [this](const QString &line) { record([&] { lines_ << line; }); };
-    engine.onSummary = [this](const QString &text) { record([&] { summaries_ << text; }); };
-    engine.onTerms = [this](const QList<VocabularyTerm> &terms) { record([&] { terms_ << terms; }); };
-    engine.onClassEnd = [this] { record([&] { ++classEnds_; }); };
-    engine.onEvent = [this](const ClassEvent &event) { record([&] { events_ << event; }); };
+    engine.onStatus = [this](const QString &text) { record([&](Seen &seen) { seen.statuses << text; }); };
+    engine.onCaption = [this](const QString &draft) { record([&](Seen &seen) { seen.captions << draft; }); };
+    engine.onLine = [this](const QString &line) { record([&](Seen &seen) { seen.lines << line; }); };
+    engine.onSummary = [this](const QString &text) { record([&](Seen &seen) { seen.summaries << text; }); };
+    engine.onTerms = [this](const QList<VocabularyTerm> &terms) { record([&](Seen &seen) { seen.terms << terms; }); };
+    engine.onClassEnd = [this] { record([](Seen &seen) { ++seen.classEnds; }); };
+    engine.onEvent = [this](const ClassEvent &event) { record([&](Seen &seen) { seen.events << event; }); };
 }
 
-QStringList Recorder::statuses() const
+Seen Recorder::operator()() const
 {
     std::scoped_lock lock(mutex_);
-    return statuses_;
+    return seen_;
 }
 
-QStringList Recorder::captions() const
-{
-    std::scoped_lock lock(mutex_);
-    return captions_;
-}
-
-QStringList Recorder::lines() const
-{
-    std::scoped_lock lock(mutex_);
-    return lines_;
-}
-
-QList<Recorder::Result> Recorder::results() const
-{
-    std::scoped_lock lock(mutex_);
-    return results_;
-}
-
-QStringList Recorder::summaries() const
-{
-    std::scoped_lock lock(mutex_);
-    return summaries_;
-}
-
-QList<QList<VocabularyTerm>> Recorder::terms() const
-{
-    std::scoped_lock lock(mutex_);
-    return terms_;
-}
-
-QList<ClassEvent> Recorder::events() const
-{
-    std::scoped_lock lock(mutex_);
-    return events_;
-}
-
-int Recorder::classEnds() const
-{
-    std::scoped_lock lock(mutex_);
-    return classEnds_;
-}
-
-bool Recorder::waitFor(const std::function<bool()> &condition) const
+bool Recorder::waitFor(const std::function<bool(const Seen &)> &condition) const
 {
     std::unique_lock lock(mutex_);
-    // The condition reads through the locking getters, so it runs unlocked.
-    return changed_.wait_for(lock, std::chrono::seconds(5), [&] {
-        lock.unlock();
-        const bool done = condition();
-        lock.lock();
-        return done;
-    });
-}
-
-Config EngineTest::micConfig()
-{
-    Config config;
-    config.sourceType = QStringLiteral("mic");
-    config.lectureLanguage = QStringLiteral("English");
-    config.answerLanguage = QStringLiteral("Simplified Chinese");
-    return config;
-}
-
-Config EngineTest::windowConfig()
-{
-    Config config;
-    config.sourceType = QStringLiteral("window");
-    config.app = QStringLiteral("Zoom");
-    config.lectureLanguage = QStringLiteral("Korean");
-    config.answerLanguage = QStringLiteral("Simplified Chinese");
-    return config;
+    return changed_.wait_for(lock, std::chrono::seconds(5), [&] { return condition(seen_); });
 }
 
 void EngineTest::TearDown()

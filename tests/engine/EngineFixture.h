@@ -20,10 +20,12 @@
 #include <memory>
 #include <mutex>
 
-// Every callback of an engine, from whichever thread it came.
-class Recorder
+// A class in the language, heard ("mic") or read from Zoom's caption window ("window").
+Config classConfig(const QString &sourceType, const QString &language);
+
+// What an engine reported.
+struct Seen
 {
-public:
     struct Result
     {
         QString kind;
@@ -31,18 +33,25 @@ public:
         QString time;
     };
 
-    void wire(Engine &engine);
+    QStringList statuses;
+    QStringList captions;
+    QStringList lines;
+    QList<Result> results;
+    QStringList summaries;
+    QList<QList<VocabularyTerm>> terms;
+    QList<ClassEvent> events;
+    int classEnds = 0;
+};
 
-    QStringList statuses() const;
-    QStringList captions() const;
-    QStringList lines() const;
-    QList<Result> results() const;
-    QStringList summaries() const;
-    QList<QList<VocabularyTerm>> terms() const;
-    QList<ClassEvent> events() const;
-    int classEnds() const;
+// Every callback of an engine, from whichever thread it came.
+class Recorder
+{
+public:
+    void wire(Engine &engine);
+    // What was reported so far.
+    Seen operator()() const;
     // Waits (really, at most a few seconds) until the condition holds.
-    bool waitFor(const std::function<bool()> &condition) const;
+    bool waitFor(const std::function<bool(const Seen &)> &condition) const;
 
 private:
     template<typename Change>
@@ -50,14 +59,7 @@ private:
 
     mutable std::mutex mutex_;
     mutable std::condition_variable changed_;
-    QStringList statuses_;
-    QStringList captions_;
-    QStringList lines_;
-    QList<Result> results_;
-    QStringList summaries_;
-    QList<QList<VocabularyTerm>> terms_;
-    QList<ClassEvent> events_;
-    int classEnds_ = 0;
+    Seen seen_;
 };
 
 class EngineTest : public ::testing::Test
@@ -65,9 +67,8 @@ class EngineTest : public ::testing::Test
 protected:
     using Duration = std::chrono::milliseconds;
 
-    static Config micConfig();
-    // A Korean class read from another application's caption window.
-    static Config windowConfig();
+    static Config micConfig() { return classConfig(QStringLiteral("mic"), QStringLiteral("English")); }
+    static Config windowConfig() { return classConfig(QStringLiteral("window"), QStringLiteral("Korean")); }
 
     void TearDown() override;
 

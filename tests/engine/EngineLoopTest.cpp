@@ -13,12 +13,15 @@ const QString translating = u"● 正在录音 · 翻译中"_s;
 
 } // namespace
 
-TEST_F(EngineTest, StatusFollowsTheFlowOfLines)
+TEST_F(EngineTest, SoundSourceReportsStatusDraftsAndLines)
 {
     startWith(micConfig());
+    source->setDraft(u"the entropy of"_s);
     pass();
     pass({u"Good morning everyone."_s});
+    source->setDraft(u"the entropy of a system"_s);
     pass({u"Today we look at entropy."_s});
+    source->setDraft(QString());
     pass();
     pass();
     source->setProblem(u"麦克风没有声音"_s);
@@ -26,41 +29,63 @@ TEST_F(EngineTest, StatusFollowsTheFlowOfLines)
     pass();
     source->setProblem(std::nullopt);
     pass({u"Where were we."_s});
-    EXPECT_EQ(seen.statuses(), QStringList({recording, recording, translating, recording, u"⚠️ 麦克风没有声音"_s,
-                                            u"⚠️ 麦克风没有声音"_s, translating}));
-    EXPECT_EQ(seen.lines(), QStringList({u"Good morning everyone."_s, u"Today we look at entropy."_s,
-                                         u"Where were we."_s}));
+    const Seen reported = seen();
+    EXPECT_EQ(reported.statuses, QStringList({recording, recording, translating, recording, u"⚠️ 麦克风没有声音"_s,
+                                              u"⚠️ 麦克风没有声音"_s, translating}));
+    // A draft is shown when it changes and never enters the transcript.
+    EXPECT_EQ(reported.captions, QStringList({u"the entropy of"_s, u"the entropy of a system"_s, QString()}));
+    EXPECT_EQ(reported.lines, QStringList({u"Good morning everyone."_s, u"Today we look at entropy."_s,
+                                           u"Where were we."_s}));
+    EXPECT_EQ(engine->fullTranscript(1000), reported.lines.join(u'\n'));
 }
 
-TEST_F(EngineTest, SoundSourceTakesEveryLineWithLetters)
+TEST_F(EngineTest, BadLinesNeitherBreakTheLoopNorAskWhatTheRulesRefuse)
 {
     startWith(micConfig());
-    const QString longLine = QString(10000, u'가');
-    pass({u"  \tThe same line.\t "_s, u"The same line."_s, u"!!! ???"_s, u"1234 5678"_s, u"😀😀😀"_s,
-          u"Hello 世界 مرحبا"_s, longLine});
-    EXPECT_EQ(seen.lines(), QStringList({u"The same line."_s, u"The same line."_s, u"Hello 世界 مرحبا"_s, longLine}));
-    EXPECT_EQ(engine->fullTranscript(30), QString(30, u'가'));
-    EXPECT_EQ(engine->fullTranscript(10015), u"Hello 世界 مرحبا\n"_s + longLine);
+    const QString longQuestion = QString(10000, u'가') + u'?';
+    const QString digits = u"Chapter "_s + QString(10000, u'7');
+    const QString letters = QString(10000, u'x');
+    pass({u"  \tThe same line.\t "_s, u"The same line."_s, u"!!! ???"_s, u"1234 5678?"_s, u"😀😀😀?"_s,
+          u"#1 What is this?"_s, u"At 10:30 what happens?"_s, u"Hello 世界 مرحبا?"_s, longQuestion, digits, letters});
+    // A sound source takes every line with a letter, trimmed, the same line twice too.
+    EXPECT_EQ(seen().lines, QStringList({u"The same line."_s, u"The same line."_s, u"#1 What is this?"_s,
+                                         u"At 10:30 what happens?"_s, u"Hello 世界 مرحبا?"_s, longQuestion, digits,
+                                         letters}));
+    EXPECT_EQ(engine->fullTranscript(30), QString(30, u'x'));
     EXPECT_EQ(engine->ratio(u"mixed 한글"_s), 1.0);
     EXPECT_EQ(engine->ratio(u"123"_s), 0.0);
+    // Debris and clock times are no questions; nothing here is a notice.
+    pass({u"Go on."_s}, 1s);
+    ASSERT_TRUE(fake->waitForCalls(1));
+    settle();
+    ASSERT_EQ(fake->calls().size(), 1);
+    EXPECT_TRUE(fake->calls()[0].prompt().contains(u"<sentences>\nHello 世界 مرحبا?\n"_s + longQuestion
+                                                   + u"\n</sentences>"_s));
 }
 
 TEST_F(EngineTest, WindowSourceKeepsTheFirstScreenQuietAndDropsRepeats)
 {
     make(windowConfig(), nullptr, fake);
-    const QString first = u"안녕하세요 여러분 오늘은 엔트로피를 배웁니다"_s;
-    source->show(first + u"\n2024 12:30 !!"_s);
+    const QString asked = u"엔트로피가 무엇인지 아는 사람 있어요?"_s;
+    source->show(asked + u"\n2024 12:30 !!"_s);
     start();
-    EXPECT_EQ(engine->fullTranscript(1000), first);
-    EXPECT_TRUE(seen.lines().isEmpty());
+    EXPECT_EQ(engine->fullTranscript(1000), asked);
+    EXPECT_TRUE(seen().lines.isEmpty());
 
-    // The window still shows the same text: nothing new. A line of 40 % Hangul fails, 50 % passes; a
-    // key under six Hangul letters can't tell lines apart and is refused.
+    // The same screen again brings nothing new. A line of 40 % Hangul fails, 50 % passes; 60 % is too
+    // little to be examined for questions and notices; a key under six Hangul letters is refused.
     pass({}, 1500ms);
-    source->show(first + u"\n가나다라 abcdef\n가나다라마바 abcdef\n짧은 말\n새로운 내용이 나왔습니다"_s);
+    source->show(asked + u"\n가나다라 abcdef\n가나다라마바 abcdef\n짧은 말\n시험 날짜가 언제예요 finals?"_s);
     pass({}, 1500ms);
-    EXPECT_EQ(seen.lines(), QStringList({u"가나다라마바 abcdef"_s, u"새로운 내용이 나왔습니다"_s}));
-    EXPECT_EQ(engine->fullTranscript(1000), first + u"\n가나다라마바 abcdef\n새로운 내용이 나왔습니다"_s);
+    // Asked again after the first screen, the question is still known.
+    source->show(u"다시 한번 물어볼게요\n"_s + asked);
+    pass({}, 1500ms);
+    pass({}, 10s);
+    settle();
+    EXPECT_TRUE(fake->calls().isEmpty());
+    EXPECT_EQ(seen().lines,
+              QStringList({u"가나다라마바 abcdef"_s, u"시험 날짜가 언제예요 finals?"_s, u"다시 한번 물어볼게요"_s}));
+    EXPECT_EQ(engine->fullTranscript(1000), QStringList({asked, seen().lines.join(u'\n')}).join(u'\n'));
 
     // Nothing readable: one warning per idle stretch, a problem on every idle pass.
     source->show(u"Hello 世界 مرحبا"_s);
@@ -69,22 +94,8 @@ TEST_F(EngineTest, WindowSourceKeepsTheFirstScreenQuietAndDropsRepeats)
     source->setProblem(u"找不到 Zoom 的窗口"_s);
     pass({}, 1500ms);
     pass({}, 1500ms);
-    EXPECT_EQ(seen.statuses(), QStringList({u"● 正在录音"_s, u"● 正在录音 · 翻译中"_s, u"⚠️ 读不到 Zoom 的字幕"_s,
+    EXPECT_EQ(seen().statuses, QStringList({recording, translating, u"⚠️ 读不到 Zoom 的字幕"_s,
                                             u"⚠️ 找不到 Zoom 的窗口"_s, u"⚠️ 找不到 Zoom 的窗口"_s}));
-}
-
-TEST_F(EngineTest, DraftsAreReportedWhenTheyChange)
-{
-    startWith(micConfig());
-    source->setDraft(u"the entropy of"_s);
-    pass();
-    pass();
-    source->setDraft(u"the entropy of a system"_s);
-    pass();
-    source->setDraft(QString());
-    pass();
-    EXPECT_EQ(seen.captions(), QStringList({u"the entropy of"_s, u"the entropy of a system"_s, QString()}));
-    EXPECT_TRUE(engine->fullTranscript(100).isEmpty());
 }
 
 TEST_F(EngineTest, TranscriptReadersCutByLinesAndCharacters)
@@ -125,24 +136,22 @@ TEST_F(EngineTest, StopEndsTheLoopAtOnceAndStopsTheSourceOnTheLoopThread)
     EXPECT_EQ(source->stops(), 1);
 }
 
-TEST_F(EngineTest, SourceThatCannotStartGivesItsProblemAndNoLoop)
-{
-    make(micConfig(), nullptr, fake);
-    source->setStartProblem(u"没有麦克风权限"_s);
-    engine->start();
-    ASSERT_TRUE(seen.waitFor([&] { return seen.statuses().size() == 2; }));
-    EXPECT_EQ(seen.statuses(), QStringList({u"● 正在录音"_s, u"⚠️ 没有麦克风权限"_s}));
-    engine->stop();
-    EXPECT_EQ(source->reads(), 0);
-    EXPECT_EQ(source->stops(), 1);
-}
-
-TEST_F(EngineTest, EngineNeverStartedStillStopsItsSourceOnce)
+TEST_F(EngineTest, EngineWithoutALoopStillStopsItsSourceOnce)
 {
     make(micConfig(), nullptr, fake);
     engine->stop();
     engine->stop();
     EXPECT_EQ(source->stops(), 1);
     EXPECT_EQ(source->starts(), 0);
-    EXPECT_TRUE(seen.statuses().isEmpty());
+    EXPECT_TRUE(seen().statuses.isEmpty());
+
+    // A source that can't start gives its problem, and no loop runs.
+    make(micConfig(), nullptr, fake);
+    source->setStartProblem(u"没有麦克风权限"_s);
+    engine->start();
+    ASSERT_TRUE(seen.waitFor([](const Seen &reported) { return reported.statuses.size() == 2; }));
+    EXPECT_EQ(seen().statuses, QStringList({recording, u"⚠️ 没有麦克风权限"_s}));
+    engine->stop();
+    EXPECT_EQ(source->reads(), 0);
+    EXPECT_EQ(source->stops(), 1);
 }

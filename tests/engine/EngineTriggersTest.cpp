@@ -1,5 +1,7 @@
 #include "EngineFixture.h"
 
+#include "engine/Prompts.h"
+
 #include <chrono>
 
 using namespace Qt::StringLiterals;
@@ -37,6 +39,11 @@ QStringList koreanLines(int from, int count)
     return lines;
 }
 
+bool isEventsCall(const FakeProvider::Call &call)
+{
+    return call.prompt().contains(u"Sentences that may announce a date"_s);
+}
+
 } // namespace
 
 TEST_F(EngineTest, QuestionIsBatchedAndAskedOnceWithTheFullPrompt)
@@ -49,22 +56,11 @@ TEST_F(EngineTest, QuestionIsBatchedAndAskedOnceWithTheFullPrompt)
     pass({u"Take your time."_s});
     ASSERT_TRUE(fake->waitForCalls(1));
     const FakeProvider::Call call = fake->calls().first();
-    EXPECT_EQ(call.system, uR"P(You are a quiet in-class assistant for a university student.
-The lecture is in English. The student reads your output in Simplified Chinese on their laptop during class.
-About the student: International student. Wants to sound engaged and knowledgeable without disrupting the class.
-
-The transcript you receive comes from live speech recognition or screen OCR, so it contains
-recognition mistakes and garbage characters. Infer the intended words; ignore garbage.
-
-Style rules:
-- Be brief. The student glances at your output for a few seconds.
-- Anything the student should say out loud: one or two short, natural English sentences,
-  simple words plus at most one subject term, followed by a line starting with "意思：" giving the meaning in Simplified Chinese.
-- Stay close to what the teacher is talking about right now. No long tangents.
-- Never invent facts about dates, exams or assignments. Only report what the transcript says.)P"_s);
+    EXPECT_EQ(call.system, Prompts::system(micConfig()));
     ASSERT_EQ(call.turns.size(), 1);
     EXPECT_EQ(call.turns[0].role, u"user"_s);
     EXPECT_TRUE(call.turns[0].attachments.isEmpty());
+    // Sent 0.6 s after the question, with the transcript as it is then.
     EXPECT_EQ(call.prompt(), uR"P(Recent transcript (oldest first):
 <transcript>
 Good morning everyone.
@@ -96,8 +92,8 @@ If there is none, reply with exactly: SKIP
 Otherwise reply in exactly two lines (the student already sees the question in the live translation):
 <suggested answer in English>
 意思：<meaning in Simplified Chinese>)P"_s);
-    ASSERT_TRUE(seen.waitFor([&] { return seen.results().size() == 1; }));
-    const Recorder::Result result = seen.results().first();
+    ASSERT_TRUE(seen.waitFor([](const Seen &reported) { return reported.results.size() == 1; }));
+    const Seen::Result result = seen().results.first();
     EXPECT_EQ(result.kind, Engine::questionKind);
     EXPECT_EQ(result.text, answer);
     EXPECT_EQ(result.time, clock->now().toLocalTime().toString(u"HH:mm"_s));
@@ -161,7 +157,7 @@ TEST_F(EngineTest, CardRepliesSkipBlankAndFailures)
     ask(u"What is the zeroth law?"_s, u"SKIP."_s);
     ask(u"Who wrote the first paper?"_s, u"（无法连接 Fake）"_s);
     QStringList shown;
-    for (const Recorder::Result &result : seen.results())
+    for (const Seen::Result &result : seen().results)
         shown << result.text;
     EXPECT_EQ(shown, QStringList({u"SKIP."_s, u"（无法连接 Fake）"_s}));
 
@@ -177,16 +173,16 @@ TEST_F(EngineTest, CardRepliesSkipBlankAndFailures)
 TEST_F(EngineTest, NoticeAndDatedEvents)
 {
     startWith(micConfig());
-    fake->setHandler([](const FakeProvider::Call &call) -> std::optional<QString> {
-        if (call.prompt().contains(u"Sentences that may announce a date"_s))
-            return uR"(Events: [
-                {"title": "期中考试", "date": "2026-04-20", "time": "after class", "note": "第一到五章"},
-                {"title": "期中复习", "date": "2026-04-20", "time": "10:00", "note": ""},
-                {"title": "作业", "date": "next week", "time": "", "note": ""},
-                {"title": "Quiz", "date": "2026-03-09", "time": "9:30"}
-            ])"_s;
-        return u"期中考试：4月20日，第一到五章。"_s;
-    });
+    QString noticeReply = u"期中考试：4月20日，第一到五章。"_s;
+    std::optional<QString> eventsReply = uR"(Events: [
+        {"title": "期中考试", "date": "2026-04-20", "time": "after class", "note": "第一到五章"},
+        {"title": "期中复习", "date": "2026-04-20", "time": "10:00", "note": ""},
+        {"title": "作业", "date": "next week", "time": "", "note": ""},
+        {"title": "Quiz", "date": "2026-03-09", "time": "9:30", "note": null}
+    ])"_s;
+    // Replies change only while no call runs.
+    fake->setHandler([&](const FakeProvider::Call &call) { return isEventsCall(call) ? eventsReply : noticeReply; });
+    // Sent 1.5 s after the notice.
     pass({u"The midterm exam is on April 20th."_s});
     pass({u"Please prepare."_s}, 1s);
     settle();
@@ -243,22 +239,16 @@ Resolve relative dates ("next Tuesday", "in two weeks") from today. Ignore dates
 Reply with a JSON array only, [] if none:
 [{"title": "...", "date": "YYYY-MM-DD", "time": "HH:mm or empty", "note": "scope / where / what to bring, or empty"}])P"_s);
     EXPECT_EQ(dates[0].system, notices[0].system);
-    ASSERT_EQ(seen.results().size(), 1);
-    EXPECT_EQ(seen.results()[0].kind, Engine::noticeKind);
-    EXPECT_EQ(seen.results()[0].text, u"期中考试：4月20日，第一到五章。"_s);
+    ASSERT_EQ(seen().results.size(), 1);
+    EXPECT_EQ(seen().results[0].kind, Engine::noticeKind);
+    EXPECT_EQ(seen().results[0].text, noticeReply);
     // A time that isn't one is dropped, a date that isn't one drops the event, and a second event
     // on the same date whose title begins alike is the same event.
-    EXPECT_EQ(seen.events(),
-              QList<ClassEvent>({{u"期中考试"_s, u"2026-04-20"_s, std::nullopt, u"第一到五章"_s},
-                                 {u"Quiz"_s, u"2026-03-09"_s, u"9:30"_s, std::nullopt}}));
+    EXPECT_EQ(seen().events, QList<ClassEvent>({{u"期中考试"_s, u"2026-04-20"_s, std::nullopt, u"第一到五章"_s},
+                                                {u"Quiz"_s, u"2026-03-09"_s, u"9:30"_s, std::nullopt}}));
 
-    // A teacher who keeps announcing is heard out for six seconds at most; a list with one
-    // malformed entry gives nothing, nor does an event delivered before.
-    fake->setHandler([](const FakeProvider::Call &call) -> std::optional<QString> {
-        if (call.prompt().contains(u"Sentences that may announce a date"_s))
-            return uR"([{"title": "期中考试", "date": "2026-04-20"}, {"title": 3, "date": "2026-03-17"}])"_s;
-        return u"SKIP"_s;
-    });
+    // A teacher who keeps announcing is heard out for six seconds at most.
+    noticeReply = u"SKIP"_s;
     const QStringList announcements{u"Homework one is due on Friday."_s, u"Submit it on the LMS."_s,
                                     u"The quiz is next Monday."_s,      u"The project starts next week."_s,
                                     u"Presentations come later."_s,     u"The final exam is in June."_s,
@@ -269,24 +259,35 @@ Reply with a JSON array only, [] if none:
     EXPECT_EQ(fake->calls().size(), 2);
     pass({announcements.last()}, 1s);
     ASSERT_TRUE(fake->waitForCalls(4));
-    settle();
     EXPECT_TRUE(callsContaining(u"keyword"_s).last().prompt().contains(
         u"<sentences>\n"_s + announcements.join(u'\n') + u"\n</sentences>"_s));
-    EXPECT_EQ(seen.results().size(), 1);
-    EXPECT_EQ(seen.events().size(), 2);
 
-    fake->setHandler([](const FakeProvider::Call &call) -> std::optional<QString> {
-        if (call.prompt().contains(u"Sentences that may announce a date"_s))
-            return uR"([{"title": "期中考试", "date": "2026-04-20", "time": "14:00"}, {"title": "Lab report", "date": "2026-03-20"}])"_s;
-        return u"（无法连接 Fake）"_s;
-    });
+    // A failure text is a card; an event delivered before isn't delivered again.
+    noticeReply = u"（无法连接 Fake）"_s;
+    eventsReply = uR"([{"title": "期中考试", "date": "2026-04-20", "time": "14:00"}, {"title": "Lab report", "date": "2026-03-20"}])"_s;
     pass({u"Remember the deadline."_s});
     pass({u"Good."_s}, 2s);
     ASSERT_TRUE(fake->waitForCalls(6));
     settle();
-    EXPECT_EQ(seen.events().last(), (ClassEvent{u"Lab report"_s, u"2026-03-20"_s, std::nullopt, std::nullopt}));
-    EXPECT_EQ(seen.events().size(), 3);
-    EXPECT_EQ(seen.results().last().text, u"（无法连接 Fake）"_s);
+    EXPECT_EQ(seen().events.last(), (ClassEvent{u"Lab report"_s, u"2026-03-20"_s, std::nullopt, std::nullopt}));
+    EXPECT_EQ(seen().results.last().text, noticeReply);
+
+    // Replies that aren't the list asked for deliver nothing: one malformed entry spoils the list.
+    noticeReply = u"SKIP"_s;
+    const QList<std::optional<QString>> unusable{
+        u"No dates were announced."_s, uR"({"title": "Quiz", "date": "2026-03-10"})"_s, uR"(["2026-03-10"])"_s,
+        u"] 2026-03-10 ["_s, std::nullopt, u"（无法连接 Fake）"_s, u"[]"_s,
+        uR"([{"title": "Quiz", "date": "2026-03-10"}, {"title": 3, "date": "2026-03-17"}])"_s,
+        uR"([{"title": "Quiz", "date": "2026-03-10", "time": 930}])"_s, uR"([{"title": "Quiz", "date": 20260310}])"_s};
+    for (int i = 0; i < int(unusable.size()); ++i) {
+        eventsReply = unusable[i];
+        pass({u"Homework %1 is due."_s.arg(QChar(u'A' + i))});
+        pass({u"Fine."_s}, 2s);
+        settle();
+    }
+    EXPECT_EQ(callsContaining(u"Sentences that may announce a date"_s).size(), 3 + unusable.size());
+    EXPECT_EQ(seen().events.size(), 3);
+    EXPECT_EQ(seen().results.size(), 2);
 }
 
 TEST_F(EngineTest, ClassEndsOnceAfterFiveMinutes)
@@ -294,12 +295,12 @@ TEST_F(EngineTest, ClassEndsOnceAfterFiveMinutes)
     startWith(micConfig());
     pass({u"Let us begin."_s});
     pass({u"OK, see you next week."_s}, 298500ms);
-    EXPECT_EQ(seen.classEnds(), 0);
+    EXPECT_EQ(seen().classEnds, 0);
     pass({u"See you next week then."_s}, 2100ms);
-    EXPECT_EQ(seen.classEnds(), 1);
+    EXPECT_EQ(seen().classEnds, 1);
     pass({u"That's all for today."_s});
-    EXPECT_EQ(seen.classEnds(), 1);
-    EXPECT_EQ(seen.lines().size(), 4);
+    EXPECT_EQ(seen().classEnds, 1);
+    EXPECT_EQ(seen().lines.size(), 4);
 }
 
 TEST_F(EngineTest, RunningSummaryWithTheFullPrompt)
@@ -339,8 +340,8 @@ where they continue) plus what is new. Group by topic with a short heading line 
 definitions, claims, causes and effects, examples, formulas. Keep subject terms in the original language in
 parentheses where useful. Mark anything about exams, assignments or deadlines with ⚠️. At most about 20 bullets;
 no introduction or closing remarks. If nothing worth noting has been said yet, reply with exactly: SKIP)P"_s);
-    ASSERT_TRUE(seen.waitFor([&] { return seen.summaries().size() == 1; }));
-    EXPECT_EQ(seen.summaries()[0], summary);
+    ASSERT_TRUE(seen.waitFor([](const Seen &reported) { return reported.summaries.size() == 1; }));
+    EXPECT_EQ(seen().summaries[0], summary);
     EXPECT_EQ(engine->currentSummary(), summary);
     settle();
 
@@ -353,7 +354,7 @@ no introduction or closing remarks. If nothing worth noting has been said yet, r
     settle();
     ASSERT_EQ(fake->calls().size(), 3);
     EXPECT_TRUE(fake->calls()[1].prompt().contains(u"<summary>\n"_s + summary + u"\n</summary>"_s));
-    EXPECT_EQ(seen.summaries().size(), 1);
+    EXPECT_EQ(seen().summaries.size(), 1);
     EXPECT_EQ(engine->currentSummary(), summary);
 
     // What is said while the switch is off never enters the summary.
@@ -380,6 +381,10 @@ TEST_F(EngineTest, SummaryAndVocabularyKeepTheirPaceAndOneCallEach)
     start();
     const auto summaryCalls = [&] { return callsContaining(u"running summary"_s).size(); };
     const auto vocabularyCalls = [&] { return callsContaining(u"Pick out only the difficult"_s).size(); };
+    const auto showMore = [&](int from, int count) {
+        screen << koreanLines(from, count);
+        source->show(screen.join(u'\n'));
+    };
 
     // The window shows the same three lines pass after pass: a summary after 60 s, vocabulary after 90 s.
     pass({}, 58500ms);
@@ -396,12 +401,10 @@ TEST_F(EngineTest, SummaryAndVocabularyKeepTheirPaceAndOneCallEach)
 
     // While a call of each runs, no second one starts.
     fake->hold();
-    screen << koreanLines(3, 8);
-    source->show(screen.join(u'\n'));
+    showMore(3, 8);
     pass({}, 1500ms);
     ASSERT_TRUE(fake->waitForCalls(4));
-    screen << koreanLines(11, 8);
-    source->show(screen.join(u'\n'));
+    showMore(11, 8);
     pass({}, 1500ms);
     fake->release();
     settle();
@@ -412,8 +415,7 @@ TEST_F(EngineTest, SummaryAndVocabularyKeepTheirPaceAndOneCallEach)
     EXPECT_EQ(vocabularyCalls(), 3);
 
     // Two new lines never make a summary, however long the wait; they do make a vocabulary call.
-    screen << koreanLines(19, 2);
-    source->show(screen.join(u'\n'));
+    showMore(19, 2);
     pass({}, 600s);
     pass({}, 600s);
     settle();
@@ -426,11 +428,18 @@ TEST_F(EngineTest, VocabularyWithTheFullPromptAndStrictReplies)
     Config config = micConfig();
     config.recordVocabulary = true;
     startWith(config);
-    fake->enqueue(uR"(Here you go: [{"term": " Entropy ", "meaning": "熵", "note": "无序程度"},
-        {"term": "entropy", "meaning": "熵"}, {"term": "", "meaning": "空"}, {"term": 5, "meaning": "五"}] Done.)"_s);
-    pass({u"Entropy measures disorder."_s, u"Heat flows from hot to cold."_s, u"Enthalpy is heat content."_s,
-          u"The second law applies."_s, u"Systems tend to equilibrium."_s, u"That is the key idea."_s});
-    ASSERT_TRUE(fake->waitForCalls(1));
+    const auto termsAfter = [&](std::optional<QString> reply, const QStringList &lines) {
+        fake->enqueue(std::move(reply));
+        pass(lines);
+        settle();
+        return seen().terms;
+    };
+    const QList<QList<VocabularyTerm>> first = termsAfter(
+        uR"(Here you go: [{"term": " Entropy ", "meaning": "熵", "note": "无序程度"},
+        {"term": "entropy", "meaning": "熵"}, {"term": "", "meaning": "空"}, {"term": 5, "meaning": "五"}] Done.)"_s,
+        {u"Entropy measures disorder."_s, u"Heat flows from hot to cold."_s, u"Enthalpy is heat content."_s,
+         u"The second law applies."_s, u"Systems tend to equilibrium."_s, u"That is the key idea."_s});
+    ASSERT_EQ(fake->calls().size(), 1);
     EXPECT_EQ(fake->calls()[0].prompt(), uR"P(Live transcript of a university lecture in English (oldest first; may contain recognition errors):
 <transcript>
 Entropy measures disorder.
@@ -452,41 +461,30 @@ Fix obvious recognition errors in the term itself.
 
 Reply with only a JSON array: [{"term": "<as used in class, original language>", "meaning": "<Simplified Chinese
 translation>", "note": "<one short Simplified Chinese line: what it means in this subject>"}]. If there are none, reply [].)P"_s);
-    ASSERT_TRUE(seen.waitFor([&] { return seen.terms().size() == 1; }));
     // Two spellings in one reply are both new; known terms are compared letter case aside.
-    EXPECT_EQ(seen.terms()[0], QList<VocabularyTerm>({{u"Entropy"_s, u"熵"_s, u"无序程度"_s},
-                                                      {u"entropy"_s, u"熵"_s, QString()}}));
-    settle();
-
-    fake->enqueue(uR"([{"term": "ENTROPY", "meaning": "熵", "note": ""},
-        {"term": "Enthalpy", "meaning": "焓", "note": "热含量"}])"_s);
-    pass(numbered(u"Second part, line %1."_s, 1, 6));
-    ASSERT_TRUE(fake->waitForCalls(2));
+    EXPECT_EQ(first, QList<QList<VocabularyTerm>>({{{u"Entropy"_s, u"熵"_s, u"无序程度"_s},
+                                                    {u"entropy"_s, u"熵"_s, QString()}}}));
+    const auto second = termsAfter(uR"([{"term": "ENTROPY", "meaning": "熵", "note": ""},
+        {"term": "Enthalpy", "meaning": "焓", "note": "热含量"}])"_s, numbered(u"Second part, line %1."_s, 1, 6));
     EXPECT_TRUE(fake->calls()[1].prompt().contains(u"(do not repeat):\nEntropy, entropy\n"_s));
-    ASSERT_TRUE(seen.waitFor([&] { return seen.terms().size() == 2; }));
-    EXPECT_EQ(seen.terms()[1], QList<VocabularyTerm>({{u"Enthalpy"_s, u"焓"_s, u"热含量"_s}}));
-    settle();
+    ASSERT_EQ(second.size(), 2);
+    EXPECT_EQ(second[1], QList<VocabularyTerm>({{u"Enthalpy"_s, u"焓"_s, u"热含量"_s}}));
 
-    const QList<std::optional<QString>> badReplies{u"I found no terms."_s, uR"({"term": "Heat"})"_s, u"[1, 2]"_s,
-                                                   u"] [{\"term\": \"Heat\"}"_s, std::nullopt, u"（无法连接 Fake）"_s,
-                                                   uR"([{"term": "Heat", "meaning": 3}, "Cold"])"_s};
-    for (const std::optional<QString> &reply : badReplies) {
-        fake->enqueue(reply);
-        pass(numbered(u"Filler line %1."_s, 1, 6));
-        settle();
-    }
-    EXPECT_EQ(fake->calls().size(), 2 + badReplies.size());
-    EXPECT_EQ(seen.terms().size(), 2);
+    // Replies that aren't a list of objects deliver nothing.
+    for (const std::optional<QString> &reply :
+         {std::optional<QString>(u"I found no terms."_s), std::optional<QString>(uR"({"term": "Heat"})"_s),
+          std::optional<QString>(u"[1, 2]"_s), std::optional<QString>(u"] [{\"term\": \"Heat\"}"_s),
+          std::optional<QString>(), std::optional<QString>(u"（无法连接 Fake）"_s),
+          std::optional<QString>(uR"([{"term": "Heat", "meaning": 3}, "Cold"])"_s)})
+        EXPECT_EQ(termsAfter(reply, numbered(u"Filler line %1."_s, 1, 6)).size(), 2);
+    EXPECT_EQ(fake->calls().size(), 9);
 
     // The prompt names the last 150 known terms only.
     QStringList many;
     for (int i = 0; i <= 150; ++i)
         many << uR"({"term": "T%1"})"_s.arg(i);
-    fake->enqueue(u'[' + many.join(u',') + u']');
-    pass(numbered(u"Long list line %1."_s, 1, 6));
-    settle();
-    pass(numbered(u"Final line %1."_s, 1, 6));
-    settle();
+    termsAfter(u'[' + many.join(u',') + u']', numbered(u"Long list line %1."_s, 1, 6));
+    termsAfter(u"[]"_s, numbered(u"Final line %1."_s, 1, 6));
     const QString known = fake->calls().last().prompt();
     EXPECT_TRUE(known.contains(u"(do not repeat):\nT1, T2, "_s));
     EXPECT_TRUE(known.contains(u", T150\n"_s));
@@ -506,22 +504,14 @@ TEST_F(EngineTest, WithoutProvidersLinesAndClassEndStillWork)
     pass({u"Go on."_s}, 10s);
     pass({u"See you next week."_s}, 300s);
     settle();
-    EXPECT_EQ(seen.lines().size(), 12);
-    EXPECT_EQ(seen.classEnds(), 1);
+    const Seen reported = seen();
+    EXPECT_EQ(reported.lines.size(), 12);
+    EXPECT_EQ(reported.classEnds, 1);
     EXPECT_TRUE(fake->calls().isEmpty());
-    EXPECT_TRUE(seen.results().isEmpty());
-    EXPECT_TRUE(seen.summaries().isEmpty());
-    EXPECT_TRUE(seen.terms().isEmpty());
-    EXPECT_TRUE(seen.events().isEmpty());
-}
-
-TEST_F(EngineTest, MainProviderServesWhenThereIsNoFastOne)
-{
-    make(micConfig(), fake, nullptr);
-    start();
-    pass({u"What is entropy?"_s});
-    pass({u"Go on."_s}, 1s);
-    ASSERT_TRUE(fake->waitForCalls(1));
+    EXPECT_TRUE(reported.results.isEmpty());
+    EXPECT_TRUE(reported.summaries.isEmpty());
+    EXPECT_TRUE(reported.terms.isEmpty());
+    EXPECT_TRUE(reported.events.isEmpty());
 }
 
 TEST_F(EngineTest, ContextWindowIsTheLastFortyLinesWithinTheMainProvidersBudget)
@@ -529,55 +519,19 @@ TEST_F(EngineTest, ContextWindowIsTheLastFortyLinesWithinTheMainProvidersBudget)
     QStringList all = numbered(u"Line %1."_s, 1, 44);
     all << u"What is line forty-five?"_s << u"Go on."_s;
     const QString lastForty = all.mid(all.size() - 40).join(u'\n');
-
-    make(micConfig(), nullptr, fake);
-    start();
-    pass(all.mid(0, 45));
-    pass({all.last()}, 1s);
-    ASSERT_TRUE(fake->waitForCalls(1));
-    EXPECT_TRUE(fake->calls()[0].prompt().startsWith(u"Recent transcript (oldest first):\n<transcript>\n"_s + lastForty
-                                                     + u"\n</transcript>"_s));
-
-    engine.reset();
-    make(micConfig(), std::make_shared<BudgetProvider>(), fake);
-    start();
-    pass(all.mid(0, 45));
-    pass({all.last()}, 1s);
-    ASSERT_TRUE(fake->waitForCalls(2));
-    EXPECT_TRUE(fake->calls()[1].prompt().startsWith(u"Recent transcript (oldest first):\n<transcript>\n"_s
-                                                     + lastForty.right(40) + u"\n</transcript>"_s));
-}
-
-TEST_F(EngineTest, WindowFirstScreenAndMixedLinesRaiseNothing)
-{
-    make(windowConfig(), nullptr, fake);
-    const QString asked = u"엔트로피가 무엇인지 아는 사람 있어요?"_s;
-    source->show(asked);
-    start();
-    // 60 % Hangul: enough for the transcript, too little to be examined.
-    source->show(asked + u"\n시험 날짜가 언제예요 finals?"_s);
-    pass({}, 1500ms);
-    source->show(u"다시 한번 물어볼게요\n"_s + asked);
-    pass({}, 1500ms);
-    pass({}, 1500ms);
-    pass({}, 10s);
-    settle();
-    EXPECT_TRUE(fake->calls().isEmpty());
-    EXPECT_EQ(seen.lines(), QStringList({u"시험 날짜가 언제예요 finals?"_s, u"다시 한번 물어볼게요"_s}));
-}
-
-TEST_F(EngineTest, BadLinesAskNothingTheRulesRefuse)
-{
-    startWith(micConfig());
-    const QString longQuestion = QString(10000, u'가') + u'?';
-    pass({u"!!! ???"_s, u"1234 5678?"_s, u"😀😀😀?"_s, u"#1 What is this?"_s, u"At 10:30 what happens?"_s,
-          u"Hello 世界 مرحبا?"_s, longQuestion, u"Chapter "_s + QString(10000, u'7'), QString(10000, u'x')});
-    pass({u"Go on."_s}, 1s);
-    ASSERT_TRUE(fake->waitForCalls(1));
-    settle();
-    EXPECT_EQ(fake->calls().size(), 1);
-    EXPECT_TRUE(fake->calls()[0].prompt().contains(u"<sentences>\nHello 世界 مرحبا?\n"_s + longQuestion
-                                                   + u"\n</sentences>"_s));
+    // (main, fast, budget): 6000 characters without a main provider; a main provider alone serves too.
+    const QList<std::tuple<std::shared_ptr<const AIProvider>, std::shared_ptr<const AIProvider>, int>> setups{
+        {nullptr, fake, 6000}, {std::make_shared<BudgetProvider>(), fake, 40}, {fake, nullptr, 6000}};
+    for (qsizetype i = 0; i < setups.size(); ++i) {
+        const auto &[provider, fast, budget] = setups[i];
+        make(micConfig(), provider, fast);
+        start();
+        pass(all.mid(0, 45));
+        pass({all.last()}, 1s);
+        ASSERT_TRUE(fake->waitForCalls(int(i) + 1));
+        EXPECT_TRUE(fake->calls()[i].prompt().startsWith(u"Recent transcript (oldest first):\n<transcript>\n"_s
+                                                         + lastForty.right(budget) + u"\n</transcript>"_s));
+    }
 }
 
 TEST_F(EngineTest, LoopGoesOnWhileAModelCallRuns)
@@ -589,7 +543,7 @@ TEST_F(EngineTest, LoopGoesOnWhileAModelCallRuns)
     ASSERT_TRUE(fake->waitForCalls(1));
     for (int i = 0; i < 10; ++i)
         pass({u"Still talking %1."_s.arg(i)});
-    EXPECT_EQ(seen.lines().size(), 12);
-    EXPECT_TRUE(seen.results().isEmpty());
+    EXPECT_EQ(seen().lines.size(), 12);
+    EXPECT_TRUE(seen().results.isEmpty());
     fake->release();
 }
