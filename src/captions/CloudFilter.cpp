@@ -73,11 +73,14 @@ bool CloudFilter::fresh(const QString &sentence)
 
 bool CloudFilter::allowed(const QString &text) const
 {
-    if (!LanguageIdentifier::dominant(text) || LanguageIdentifier::dominant(text, locales_))
+    const auto found = LanguageIdentifier::dominant(text);
+    if (!found)
         return true;
     QStringList codes;
     for (const QString &locale : locales_)
         codes << locale.left(2);
+    if (codes.contains(found->left(2)))
+        return true;
     if (codes.contains(u"ko") && holds(text, [](char32_t c) { return c >= 0xAC00 && c <= 0xD7A3; }))
         return true;
     return codes.contains(u"ja") && holds(text, [](char32_t c) { return c >= 0x3040 && c <= 0x30FF; });

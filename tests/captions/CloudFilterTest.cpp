@@ -19,6 +19,9 @@ TEST(CloudFilterTest, AllowedKeepsTheLanguagesOfTheClass)
     const CloudFilter english(locales({"en-US"}), {});
     EXPECT_TRUE(english.allowed(QStringLiteral("We begin with the chain rule.")));
     EXPECT_FALSE(english.allowed(QStringLiteral("Heute beginnen wir mit Ableitungen.")));
+    EXPECT_FALSE(english.allowed(QStringLiteral("Heute beginnen wir mit den Ableitungen und der Kettenregel für "
+                                                "Funktionen mehrerer Veränderlicher im Raum, and then we talk about it.")))
+        << "mostly German: English among the likely languages is not enough";
     EXPECT_FALSE(english.allowed(QStringLiteral(u"오늘은 미분을 배웁니다.")));
     EXPECT_TRUE(english.allowed(QStringLiteral("3.14 + 2")) ) << "no language to tell";
 
