@@ -14,6 +14,8 @@
 
 #include <thread>
 
+#include <malloc.h>
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -29,6 +31,7 @@ struct Heard
     QStringList lines;
     int firstDraft = -1;
     int firstLine = -1;
+    qint64 heapGrowth = 0;   // bytes in use at the end beyond those after start()
 };
 
 // Plays the file through the hub into a source for US English, polling every 5 ms until
@@ -43,6 +46,11 @@ Heard listen(const QString &path, qsizetype lines)
     EXPECT_EQ(problem, std::nullopt);
     if (problem)
         return heard;
+    const auto inUse = [] {
+        const struct mallinfo2 heap = mallinfo2();
+        return qint64(heap.uordblks + heap.hblkhd);
+    };
+    const qint64 started = inUse();
     QElapsedTimer timer;
     timer.start();
     for (int poll = 0; heard.lines.size() < lines && timer.elapsed() < 60'000; ++poll) {
@@ -54,6 +62,7 @@ Heard listen(const QString &path, qsizetype lines)
         heard.lines << read.split(u'\n', Qt::SkipEmptyParts);
         std::this_thread::sleep_for(5ms);
     }
+    heard.heapGrowth = inUse() - started;
     mic.stop();
     EXPECT_FALSE(hub.running());
     return heard;
@@ -100,6 +109,8 @@ TEST(MicSourceSpeechTest, MinutesOfRoomNoiseMakeNoLines)
     const Heard heard = listen(speech->path, 1);
     ASSERT_EQ(heard.lines.size(), 1) << "three minutes of noise, one sentence";
     EXPECT_TRUE(heard.lines[0].contains(u"chemical energy")) << heard.lines[0].toStdString();
+    // Sound waiting for the recogniser, or noise taken for one endless utterance, would be megabytes.
+    EXPECT_LT(heard.heapGrowth, 2 << 20) << "the noise left nothing behind";
 }
 
 TEST(MicSourceSpeechTest, StopDuringRecognitionReturnsPromptly)

@@ -12,13 +12,14 @@ namespace {
 const QString english = QStringLiteral("en-US");
 const QString french = QStringLiteral("fr-FR");
 const QString korean = QStringLiteral("ko-KR");
+const QString chinese = QStringLiteral("zh-Hans");
 
 class MicSourceTest : public ::testing::Test
 {
 protected:
     FakeAudioInput *input = new FakeAudioInput;
     MicHub hub{std::unique_ptr<AudioInput>(input)};
-    ScriptedRecognizers recognizers{{english, french, korean}, {}, {}, {}};
+    ScriptedRecognizers recognizers{{english, french, korean, chinese}, {}, {}, {}};
 };
 
 TEST_F(MicSourceTest, StartStopsAtTheFirstProblemWithItsWords)
@@ -146,6 +147,17 @@ TEST_F(MicSourceTest, AnExtraLanguageNeedsThreeBelievableWordsOfItsOwn)
     extra.say(QStringLiteral("오늘은 광합성에 대해"), false, 0.9);
     ASSERT_TRUE(extra.waitUntilHeard());
     EXPECT_EQ(mic.draft(), u"오늘은 광합성에 대해") << "the last writer wins the draft";
+}
+
+TEST_F(MicSourceTest, AChineseLectureTakesALatinWordOnlyWhenQuiteSure)
+{
+    MicSource mic({chinese}, hub, recognizers.factory());
+    ASSERT_EQ(mic.start(), std::nullopt);
+    ScriptedRecognizer &heard = *recognizers.made.value(chinese);
+    for (const double confidence : {0.7, 0.8})
+        heard.say({{{QStringLiteral("今天"), 0.9}, {QStringLiteral(" API"), confidence}, {QStringLiteral(" 学习"), 0.9}}, true});
+    ASSERT_TRUE(heard.waitUntilHeard());
+    EXPECT_EQ(mic.takeFinals(), (QStringList{QStringLiteral("今天 学习"), QStringLiteral("今天 API 学习")}));
 }
 
 } // namespace

@@ -62,12 +62,6 @@ qsizetype ScriptedRecognizer::fed() const
     return fed_;
 }
 
-bool ScriptedRecognizer::finished() const
-{
-    std::scoped_lock lock(mutex_);
-    return finished_;
-}
-
 SpeechRecognizer::Factory ScriptedRecognizers::factory()
 {
     return {

@@ -29,7 +29,6 @@ public:
     // Waits until the reader has handled everything said and asks for more; false after 5 s.
     bool waitUntilHeard();
     qsizetype fed() const;
-    bool finished() const;
 
 private:
     const int sampleRate_;

@@ -106,24 +106,6 @@ TEST(PocketSphinxRecognizerTest, GivesVolatileWordsThenAFinalSentencePerUtteranc
     EXPECT_FALSE(recognizer->next(std::stop_token())) << "ended sound stays ended";
 }
 
-TEST(PocketSphinxRecognizerTest, MinutesOfRoomNoiseGiveNothingAndDontSpoilTheSpeechAfter)
-{
-    QTemporaryDir folder;
-    SpeechAudio::Script script{{QStringLiteral("Photosynthesis turns light into chemical energy.")}};
-    script.leadSeconds = 180;
-    script.noise = 0.001;
-    const auto speech = SpeechAudio::make(folder.path(), script);
-    ASSERT_TRUE(speech);
-    const auto recognizer = english();
-    ASSERT_TRUE(recognizer);
-    const QList<Result> results = recognise(*recognizer, speech->path);
-    const QStringList said = finals(results);
-    ASSERT_EQ(said.size(), 1) << said.join(u" | ").toStdString();
-    EXPECT_TRUE(said[0].contains(u"chemical energy")) << said[0].toStdString();
-    for (const Result &result : results)
-        EXPECT_FALSE(textOf(result).isEmpty());
-}
-
 TEST(PocketSphinxRecognizerTest, StopEndsAWaitingReader)
 {
     const auto recognizer = english();

@@ -1,3 +1,4 @@
+#include "platform/QtAudioInput.h"
 #include "platform/WavFile.h"
 #include "platform/WavFileInput.h"
 
@@ -5,6 +6,7 @@
 #include "ManualClock.h"
 
 #include <QFile>
+#include <QSettings>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -175,6 +177,16 @@ TEST(WavFileInputTest, RealTimePaceFollowsTheClock)
     ASSERT_TRUE(collected.waitForBuffers(6));
     ASSERT_TRUE(clock.waitForSleepers(1));
     EXPECT_EQ(collected.count(), 6);
+}
+
+TEST(WavFileInputTest, TheUserDefaultMicFileStandsInForTheMicrophone)
+{
+    QTemporaryDir folder;
+    const QString path = tone(folder, QStringLiteral("demo.wav"), {QStringLiteral("-r22050"), QStringLiteral("-c2")});
+    QSettings().setValue(QStringLiteral("mic.file"), path);
+    EXPECT_EQ(AudioInput::create()->format(), (AudioFormat{22'050, 2}));
+    QSettings().remove(QStringLiteral("mic.file"));
+    EXPECT_TRUE(dynamic_cast<QtAudioInput *>(AudioInput::create().get())) << "the default input device";
 }
 
 TEST(WavFileInputTest, AMissingFileIsNoInput)
