@@ -12,8 +12,8 @@ namespace Log {
 
 QString path()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)
-        + QStringLiteral("/logs/cloud.log");
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+        + QStringLiteral("/Quillet/logs/cloud.log");
 }
 
 void write(const QString &message)

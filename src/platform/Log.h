@@ -7,7 +7,7 @@
 
 namespace Log {
 
-// <application data>/logs/cloud.log
+// <XDG data home>/Quillet/logs/cloud.log, where users are told to look for it
 QString path();
 void write(const QString &message);
 
