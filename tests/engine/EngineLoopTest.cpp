@@ -116,6 +116,9 @@ TEST_F(EngineTest, TranscriptReadersCutByLinesAndCharacters)
     pass({u"ab"_s, accented});
     EXPECT_EQ(engine->fullTranscript(6), u"b\n"_s + accented);
     EXPECT_EQ(engine->recentTranscript(3, 1), QString(u"e\u0301"_s).repeated(3));
+    // Sixty lines unless told otherwise.
+    pass(QStringList(60, u"later"_s));
+    EXPECT_EQ(engine->recentTranscript(1000), QStringList(60, u"later"_s).join(u'\n'));
 }
 
 TEST_F(EngineTest, StopEndsTheLoopAtOnceAndStopsTheSourceOnTheLoopThread)

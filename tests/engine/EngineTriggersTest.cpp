@@ -125,21 +125,26 @@ TEST_F(EngineTest, DraftQuestionWaitsForTheNextLine)
         u"<sentences>\nDoes anyone know why entropy grows?\n</sentences>"_s));
 }
 
-TEST_F(EngineTest, QuestionHeardWhileSwitchedOffIsNeverAsked)
+TEST_F(EngineTest, WhatIsHeardWhileSwitchedOffIsNeverAsked)
 {
     startWith(micConfig());
-    engine->setSwitches({.questions = false, .exams = true, .keyPoints = false, .vocabulary = false});
-    pass({u"Why does entropy grow?"_s});
-    pass({u"Fine."_s}, 1s);
+    const Switches off{.questions = false, .exams = false, .keyPoints = false, .vocabulary = false};
+    engine->setSwitches(off);
+    source->setDraft(u"Does anyone know why entropy grows?"_s);
+    pass();
+    pass({u"Why does entropy grow?"_s, u"The exam is next Monday."_s});
+    pass({u"Fine."_s}, 2s);
+    // Switched on again: what was dropped keeps its key and isn't asked when it is repeated.
     engine->setSwitches(Switches{});
-    pass({u"Why does entropy grow?"_s});
-    pass({u"Fine again."_s}, 1s);
+    pass({u"Why does entropy grow?"_s, u"The exam is next Monday."_s});
+    pass({u"Fine again."_s}, 2s);
     settle();
     EXPECT_TRUE(fake->calls().isEmpty());
-    pass({u"How is temperature defined?"_s});
+    // A draft seen while off was never looked at: said as a line, it is a new question.
+    pass({u"Does anyone know why entropy grows?"_s});
     pass({u"Go on."_s}, 1s);
     ASSERT_TRUE(fake->waitForCalls(1));
-    EXPECT_TRUE(fake->calls().first().prompt().contains(u"<sentences>\nHow is temperature defined?\n"_s));
+    EXPECT_TRUE(fake->calls().first().prompt().contains(u"<sentences>\nDoes anyone know why entropy grows?\n"_s));
 }
 
 TEST_F(EngineTest, CardRepliesSkipBlankAndFailures)
@@ -253,14 +258,20 @@ Reply with a JSON array only, [] if none:
                                     u"The quiz is next Monday."_s,      u"The project starts next week."_s,
                                     u"Presentations come later."_s,     u"The final exam is in June."_s,
                                     u"Check your homework twice."_s};
-    for (qsizetype i = 0; i + 1 < announcements.size(); ++i)
+    pass({QString(3500, u'x') + u'.', announcements[0]}, 1s);
+    for (qsizetype i = 1; i + 1 < announcements.size(); ++i)
         pass({announcements[i]}, 1s);
     settle();
     EXPECT_EQ(fake->calls().size(), 2);
     pass({announcements.last()}, 1s);
     ASSERT_TRUE(fake->waitForCalls(4));
-    EXPECT_TRUE(callsContaining(u"keyword"_s).last().prompt().contains(
-        u"<sentences>\n"_s + announcements.join(u'\n') + u"\n</sentences>"_s));
+    const QString notice = callsContaining(u"keyword"_s).last().prompt();
+    EXPECT_TRUE(notice.contains(u"<sentences>\n"_s + announcements.join(u'\n') + u"\n</sentences>"_s));
+    // The events call sees the last 3000 characters of the context window.
+    const QString window = engine->recentTranscript(6000, 40);
+    EXPECT_TRUE(notice.contains(u"<transcript>\n"_s + window + u"\n</transcript>"_s));
+    EXPECT_TRUE(callsContaining(u"announce a date"_s).last().prompt().contains(u"<transcript>\n"_s + window.right(3000)
+                                                                                + u"\n</transcript>"_s));
 
     // A failure text is a card; an event delivered before isn't delivered again.
     noticeReply = u"（无法连接 Fake）"_s;
@@ -269,6 +280,8 @@ Reply with a JSON array only, [] if none:
     pass({u"Good."_s}, 2s);
     ASSERT_TRUE(fake->waitForCalls(6));
     settle();
+    EXPECT_TRUE(callsContaining(u"keyword"_s).last().prompt().contains(
+        u"<already_shown>\n期中考试：4月20日，第一到五章。\n</already_shown>"_s));
     EXPECT_EQ(seen().events.last(), (ClassEvent{u"Lab report"_s, u"2026-03-20"_s, std::nullopt, std::nullopt}));
     EXPECT_EQ(seen().results.last().text, noticeReply);
 
@@ -325,14 +338,7 @@ Summary so far:
 
 What the teacher said since then (live transcript, oldest first; may contain recognition errors):
 <transcript>
-Point number 1 of the lecture.
-Point number 2 of the lecture.
-Point number 3 of the lecture.
-Point number 4 of the lecture.
-Point number 5 of the lecture.
-Point number 6 of the lecture.
-Point number 7 of the lecture.
-Point number 8 of the lecture.
+)P"_s + eight.join(u'\n') + uR"P(
 </transcript>
 
 Write the updated summary of the whole class so far, in Simplified Chinese: the earlier points (kept, merged
@@ -368,6 +374,14 @@ no introduction or closing remarks. If nothing worth noting has been said yet, r
     ASSERT_TRUE(fake->waitForCalls(4));
     EXPECT_TRUE(fake->calls()[3].prompt().contains(
         u"<transcript>\n"_s + numbered(u"After %1."_s, 1, 8).join(u'\n') + u"\n</transcript>"_s));
+    settle();
+
+    // Of what is new, the last 8000 characters.
+    QStringList longer = numbered(u"Later %1."_s, 1, 8);
+    longer[0] = QString(9000, u's');
+    pass(longer);
+    ASSERT_TRUE(fake->waitForCalls(5));
+    EXPECT_TRUE(fake->calls()[4].prompt().contains(u"<transcript>\n"_s + longer.join(u'\n').right(8000) + u"\n</transcript>"_s));
 }
 
 TEST_F(EngineTest, SummaryAndVocabularyKeepTheirPaceAndOneCallEach)
@@ -434,20 +448,17 @@ TEST_F(EngineTest, VocabularyWithTheFullPromptAndStrictReplies)
         settle();
         return seen().terms;
     };
+    const QStringList lines{u"Entropy measures disorder."_s,   u"Heat flows from hot to cold."_s,
+                            u"Enthalpy is heat content."_s,    u"The second law applies."_s,
+                            u"Systems tend to equilibrium."_s, u"That is the key idea."_s};
     const QList<QList<VocabularyTerm>> first = termsAfter(
         uR"(Here you go: [{"term": " Entropy ", "meaning": "熵", "note": "无序程度"},
         {"term": "entropy", "meaning": "熵"}, {"term": "", "meaning": "空"}, {"term": 5, "meaning": "五"}] Done.)"_s,
-        {u"Entropy measures disorder."_s, u"Heat flows from hot to cold."_s, u"Enthalpy is heat content."_s,
-         u"The second law applies."_s, u"Systems tend to equilibrium."_s, u"That is the key idea."_s});
+        lines);
     ASSERT_EQ(fake->calls().size(), 1);
     EXPECT_EQ(fake->calls()[0].prompt(), uR"P(Live transcript of a university lecture in English (oldest first; may contain recognition errors):
 <transcript>
-Entropy measures disorder.
-Heat flows from hot to cold.
-Enthalpy is heat content.
-The second law applies.
-Systems tend to equilibrium.
-That is the key idea.
+)P"_s + lines.join(u'\n') + uR"P(
 </transcript>
 
 Terms already in the student's word list (do not repeat):
@@ -484,11 +495,34 @@ translation>", "note": "<one short Simplified Chinese line: what it means in thi
     for (int i = 0; i <= 150; ++i)
         many << uR"({"term": "T%1"})"_s.arg(i);
     termsAfter(u'[' + many.join(u',') + u']', numbered(u"Long list line %1."_s, 1, 6));
-    termsAfter(u"[]"_s, numbered(u"Final line %1."_s, 1, 6));
-    const QString known = fake->calls().last().prompt();
-    EXPECT_TRUE(known.contains(u"(do not repeat):\nT1, T2, "_s));
-    EXPECT_TRUE(known.contains(u", T150\n"_s));
-    EXPECT_FALSE(known.contains(u"T0,"_s));
+    QStringList last = numbered(u"Final line %1."_s, 1, 6);
+    last[0] = QString(7000, u'v');
+    termsAfter(u"[]"_s, last);
+    const QString prompt = fake->calls().last().prompt();
+    EXPECT_TRUE(prompt.contains(u"(do not repeat):\nT1, T2, "_s));
+    EXPECT_TRUE(prompt.contains(u", T150\n"_s));
+    EXPECT_FALSE(prompt.contains(u"T0,"_s));
+    // Of what is new, the last 6000 characters.
+    EXPECT_TRUE(prompt.contains(u"<transcript>\n"_s + last.join(u'\n').right(6000) + u"\n</transcript>"_s));
+}
+
+TEST_F(EngineTest, CallbacksNobodySetDoNothing)
+{
+    Config config = micConfig();
+    config.recordKeyPoints = true;
+    config.recordVocabulary = true;
+    make(config, nullptr, fake);
+    static_cast<EngineCallbacks &>(*engine) = EngineCallbacks();
+    // One reply that every call can use: a card, a summary, a term and an event.
+    fake->setHandler([](const FakeProvider::Call &) {
+        return uR"([{"term": "Entropy", "title": "Quiz", "date": "2026-03-10"}])"_s;
+    });
+    source->setDraft(u"What is entropy, really?"_s);
+    start();
+    pass(numbered(u"Line %1 before the exam."_s, 1, 8) << u"What is entropy?"_s);
+    pass({u"See you next week."_s}, 301s);
+    settle();
+    EXPECT_EQ(fake->calls().size(), 5);
 }
 
 TEST_F(EngineTest, WithoutProvidersLinesAndClassEndStillWork)

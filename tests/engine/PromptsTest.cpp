@@ -22,9 +22,11 @@ TEST(Prompts, SystemForTheConfiguredLanguagesAndProfile)
     Config config;
     config.lectureLanguage = u"Korean"_s;
     config.answerLanguage = u"Simplified Chinese"_s;
+    config.profile = u"A physics student."_s;
+    // Languages go in by their English names, never by their labels.
     EXPECT_EQ(Prompts::system(config), uR"P(You are a quiet in-class assistant for a university student.
 The lecture is in Korean. The student reads your output in Simplified Chinese on their laptop during class.
-About the student: International student. Wants to sound engaged and knowledgeable without disrupting the class.
+About the student: A physics student.
 
 The transcript you receive comes from live speech recognition or screen OCR, so it contains
 recognition mistakes and garbage characters. Infer the intended words; ignore garbage.
@@ -35,14 +37,6 @@ Style rules:
   simple words plus at most one subject term, followed by a line starting with "意思：" giving the meaning in Simplified Chinese.
 - Stay close to what the teacher is talking about right now. No long tangents.
 - Never invent facts about dates, exams or assignments. Only report what the transcript says.)P"_s);
-    // Languages go in by their English names, never by their labels.
-    config.lectureLanguage = u"Japanese"_s;
-    config.answerLanguage = u"German"_s;
-    config.profile = u"A physics student."_s;
-    const QString filled = Prompts::system(config);
-    EXPECT_TRUE(filled.contains(u"The lecture is in Japanese. The student reads your output in German on"_s));
-    EXPECT_TRUE(filled.contains(u"About the student: A physics student.\n"_s));
-    EXPECT_FALSE(filled.contains(u'{'));
 }
 
 TEST(Prompts, TemplatesOfTheCorrectorChatAndFinalNotes)
