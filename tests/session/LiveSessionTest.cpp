@@ -1,250 +1,150 @@
 #include "session/LiveSession.h"
 
 #include "session/SessionStore.h"
-#include "AudioFile.h"
-#include "FakeMicrophone.h"
-#include "StoreFixture.h"
-#include "Tone.h"
 
-#include <QDir>
+#include "SessionFixture.h"
+
 #include <QFileInfo>
 
 using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-// Delayed tasks that run when the test's clock has reached them.
-class ManualSchedule final
-{
-public:
-    explicit ManualSchedule(ManualClock &clock)
-        : clock_(clock)
-    {
-    }
-
-    LiveSession::Schedule schedule()
-    {
-        return [this](std::chrono::milliseconds delay, std::function<void()> task) {
-            tasks_.push_back({clock_.elapsed() + delay, std::move(task)});
-            ++scheduled_;
-        };
-    }
-
-    void advance(std::chrono::milliseconds duration)
-    {
-        clock_.advance(duration);
-        std::vector<Task> due;
-        std::erase_if(tasks_, [&](Task &task) {
-            if (task.at > clock_.elapsed())
-                return false;
-            due.push_back(std::move(task));
-            return true;
-        });
-        for (Task &task : due)
-            task.run();
-    }
-
-    int scheduled() const { return scheduled_; }
-
-private:
-    struct Task
-    {
-        std::chrono::milliseconds at;
-        std::function<void()> run;
-    };
-    ManualClock &clock_;
-    std::vector<Task> tasks_;
-    int scheduled_ = 0;
-};
-
-class LiveSessionTest : public StoreFixture
+class LiveSessionTest : public SessionFixture
 {
 protected:
     std::unique_ptr<LiveSession> makeSession()
     {
-        return std::make_unique<LiveSession>(QStringLiteral("Korean"), QStringLiteral("Simplified Chinese"), 32'000,
-                                             microphone_.hub(), clock_, schedule_.schedule());
+        return std::make_unique<LiveSession>(u"Korean"_s, u"Simplified Chinese"_s, 32'000, hub_, clock_,
+                                             [this](std::chrono::milliseconds delay, std::function<void()> save) {
+                                                 delays_.append(delay);
+                                                 saves_.push_back(std::move(save));
+                                             });
     }
+    // The delayed saves, run as their timers would.
+    void runSaves()
+    {
+        for (const auto &save : std::exchange(saves_, {}))
+            save();
+    }
+    static SessionData onDisk(const LiveSession &session) { return SessionStore::load(session.folder()).value(); }
 
-    SessionData onDisk(const LiveSession &session) const { return *SessionStore::load(session.folder()); }
-
-    FakeMicrophone microphone_;
-    ManualSchedule schedule_{clock_};
+    QList<std::chrono::milliseconds> delays_;
+    std::vector<std::function<void()>> saves_;
 };
 
 } // namespace
 
-TEST_F(LiveSessionTest, StartsWithAFolderAndAValidRecord)
+TEST_F(LiveSessionTest, StartsWithAValidRecordInAFolderNamedAfterTheLocalMinute)
 {
     clock_.advance(5min + 30s);   // 09:05:30 UTC, 18:05 in the tests' zone
     const auto session = makeSession();
-    EXPECT_EQ(session->folder(), SessionStore::root() + QStringLiteral("/2026-03-02 18-05"));
-    EXPECT_EQ(session->audioURL(), session->folder() + QStringLiteral("/录音.m4a"));
-    EXPECT_EQ(session->data().title, QStringLiteral("Mar 2, 6:05\u202fPM 的记录"));
-    EXPECT_EQ(session->data().started, clock_.now());
-    EXPECT_EQ(session->data().lecture, QStringLiteral("Korean"));
+    EXPECT_EQ(session->audioURL(), documents_.path() + u"/Quillet/课程记录/2026-03-02 18-05/录音.m4a");
+    EXPECT_EQ(QStringList({session->data().lecture, session->data().answer}),
+              QStringList({u"Korean"_s, u"Simplified Chinese"_s}));
     EXPECT_EQ(onDisk(*session), session->data());
-    EXPECT_EQ(schedule_.scheduled(), 0);
-
     clock_.advance(20s);   // the same minute
-    const auto second = makeSession();
-    EXPECT_EQ(second->folder(), SessionStore::root() + QStringLiteral("/2026-03-02 18-05 (2)"));
-    EXPECT_EQ(SessionStore::list().size(), 2);
+    EXPECT_EQ(makeSession()->folder(), SessionStore::root() + u"/2026-03-02 18-05 (2)");
 }
 
-TEST_F(LiveSessionTest, StampsLinesThreeSecondsEarlyAndNotesAsTheyCome)
-{
-    const auto session = makeSession();
-    schedule_.advance(1s);
-    EXPECT_EQ(session->addLine(QStringLiteral("first")), 0);
-    schedule_.advance(9s);
-    EXPECT_EQ(session->elapsed(), 10.0);
-    session->addNote(QStringLiteral("考试重点"), QStringLiteral("chapter 4"));
-    EXPECT_EQ(session->addLine(QStringLiteral("second")), 1);
-    EXPECT_EQ(session->data().lines[0].t, 0.0);
-    EXPECT_EQ(session->data().lines[1].t, 7.0);
-    EXPECT_EQ(session->data().notes[0].t, 10.0);
-    EXPECT_EQ(session->data().notes[0].kind, QStringLiteral("考试重点"));
-
-    session->setText(1, QStringLiteral("second, corrected"));
-    session->setTranslation(1, QStringLiteral("第二"));
-    EXPECT_EQ(session->data().lines[1], (SessionData::Line{7.0, QStringLiteral("second, corrected"), QStringLiteral("第二")}));
-    session->setSummary(QStringLiteral("So far: chapter 4."));
-    EXPECT_EQ(session->data().summary, QStringLiteral("So far: chapter 4."));
-}
-
-TEST_F(LiveSessionTest, ABurstOfChangesIsOneSaveTwoSecondsAfterItsStart)
-{
-    const auto session = makeSession();
-    const SessionData initial = onDisk(*session);
-    for (int i = 0; i < 10; ++i) {
-        session->addLine(QStringLiteral("line %1").arg(i));
-        schedule_.advance(100ms);
-    }
-    EXPECT_EQ(schedule_.scheduled(), 1);
-    EXPECT_EQ(onDisk(*session), initial);
-    schedule_.advance(999ms);   // 1.999 s after the first line
-    EXPECT_EQ(onDisk(*session), initial);
-    schedule_.advance(1ms);
-    EXPECT_EQ(onDisk(*session).lines.size(), 10);
-    EXPECT_EQ(onDisk(*session).duration, 2.0);
-
-    // The next change starts a new delay.
-    session->setTranslation(9, QStringLiteral("第十行"));
-    EXPECT_EQ(schedule_.scheduled(), 2);
-    schedule_.advance(2s);
-    EXPECT_EQ(onDisk(*session), session->data());
-
-    // Out of range: nothing changes and nothing is scheduled.
-    const SessionData before = session->data();
-    for (qsizetype index : {qsizetype(-1), qsizetype(10)}) {
-        session->setTranslation(index, QStringLiteral("x"));
-        session->setText(index, QStringLiteral("x"));
-    }
-    EXPECT_EQ(session->data(), before);
-    EXPECT_EQ(schedule_.scheduled(), 2);
-}
-
-TEST_F(LiveSessionTest, ASessionGoneBeforeItsSaveSavesNothing)
+TEST_F(LiveSessionTest, ChangesAreStampedAndSavedTogetherTwoSecondsAfterTheFirst)
 {
     auto session = makeSession();
-    const QString folder = session->folder();
     const SessionData initial = onDisk(*session);
-    session->addLine(QStringLiteral("never saved"));
+    for (const qsizetype none : {qsizetype(-1), qsizetype(0)}) {   // no such line: nothing changes
+        session->setText(none, u"x"_s);
+        session->setTranslation(none, u"x"_s);
+    }
+    clock_.advance(1s);
+    EXPECT_EQ(session->addLine(u"first"_s), 0);   // heard three seconds earlier, but not before the start
+    clock_.advance(9s);
+    session->addNote(u"考试重点"_s, u"chapter 4"_s);
+    EXPECT_EQ(session->addLine(u"second"_s), 1);
+    session->setText(1, u"second, corrected"_s);
+    session->setTranslation(1, u"第二"_s);
+    session->setSummary(u"So far: chapter 4."_s);
+    EXPECT_EQ(session->data().lines,
+              (QList<SessionData::Line>{{0, u"first"_s, {}}, {7, u"second, corrected"_s, u"第二"_s}}));
+    EXPECT_EQ(session->data().notes, (QList<SessionData::Note>{{10, u"考试重点"_s, u"chapter 4"_s}}));
+    EXPECT_EQ(session->data().summary, u"So far: chapter 4."_s);
+    EXPECT_EQ(delays_, QList{2000ms});
+    EXPECT_EQ(onDisk(*session), initial);
+    runSaves();
+    EXPECT_EQ(onDisk(*session), session->data());
+    EXPECT_EQ(onDisk(*session).duration, 10.0);
+
+    // The next change waits again; a session gone by then saves nothing.
+    session->addLine(u"never saved"_s);
+    EXPECT_EQ(delays_.size(), 2);
+    const QString folder = session->folder();
+    const SessionData saved = onDisk(*session);
     session.reset();
-    schedule_.advance(3s);
-    EXPECT_EQ(SessionStore::load(folder), initial);
+    runSaves();
+    EXPECT_EQ(SessionStore::load(folder), saved);
 }
 
-TEST_F(LiveSessionTest, TermsGoIntoTheClassAndTheWordBook)
+TEST_F(LiveSessionTest, RenamesSaveAtOnceAndTermsReachTheWordBookUnderTheName)
 {
     const auto session = makeSession();
-    session->addTerms({{QStringLiteral("엔트로피"), QStringLiteral("熵"), QString()}});
-    session->addTerms({{QStringLiteral("열역학"), QStringLiteral("热力学"), QStringLiteral("thermo")}});
-    ASSERT_TRUE(session->data().vocabulary);
-    EXPECT_EQ(session->data().vocabulary->size(), 2);
-    EXPECT_EQ(schedule_.scheduled(), 1);
-    const QString book = QString::fromUtf8(read(SessionStore::wordBook()));
-    EXPECT_TRUE(book.contains(u"\n## 未分类 · " + session->data().title + u"\n\n- **엔트로피**\u3000熵\n"));
-    EXPECT_TRUE(book.contains(QStringLiteral("- **열역학**\u3000热力学\u3000— thermo\n")));
-    schedule_.advance(2s);
-    EXPECT_TRUE(QFileInfo::exists(session->folder() + QStringLiteral("/单词表.md")));
-}
-
-TEST_F(LiveSessionTest, RenameSavesAtOnceAndKeepsATitleOverEmptyText)
-{
-    const auto session = makeSession();
-    const QString title = session->data().title;
-    session->rename(QStringLiteral("Thermo"), QStringLiteral("Physics"));
-    EXPECT_EQ(onDisk(*session).title, QStringLiteral("Thermo"));
-    EXPECT_EQ(onDisk(*session).category, QStringLiteral("Physics"));
-    session->rename(QString(), QString());
-    EXPECT_EQ(onDisk(*session).title, QStringLiteral("Thermo"));
-    EXPECT_FALSE(onDisk(*session).category);
-    session->rename(QStringLiteral("Thermo 2"), std::nullopt);
-    EXPECT_EQ(onDisk(*session).title, QStringLiteral("Thermo 2"));
-    EXPECT_FALSE(onDisk(*session).category);
-    EXPECT_EQ(schedule_.scheduled(), 0);
-    EXPECT_EQ(QFileInfo(session->folder()).fileName(), QStringLiteral("2026-03-02 18-00")) << "the folder keeps its name";
+    const auto saved = [&] { return std::pair(onDisk(*session).title, onDisk(*session).category); };
+    session->rename(u"Thermo"_s, u"Physics"_s);
+    EXPECT_EQ(saved(), std::pair(u"Thermo"_s, std::optional(u"Physics"_s)));
+    session->addTerms({{u"엔트로피"_s, u"熵"_s, {}}});
+    session->addTerms({{u"열역학"_s, u"热力学"_s, u"thermo"_s}});
+    EXPECT_TRUE(QString::fromUtf8(read(SessionStore::wordBook()))
+                    .endsWith(u"\n## Physics · Thermo\n\n- **엔트로피**\u3000熵\n"
+                              u"\n## Physics · Thermo\n\n- **열역학**\u3000热力学\u3000— thermo\n"));
+    runSaves();
+    EXPECT_EQ(onDisk(*session).vocabulary.value_or(QList<SessionData::Term>()).size(), 2);
+    session->rename({}, u""_s);   // an empty title keeps the old one; an empty category clears it
+    EXPECT_EQ(saved(), std::pair(u"Thermo"_s, std::optional<QString>()));
 }
 
 TEST_F(LiveSessionTest, StoppingFreezesTheClockAndFinishFixesTheDuration)
 {
     const auto session = makeSession();
-    schedule_.advance(90s);
+    const QString title = session->data().title;
+    clock_.advance(90s);
     session->stopAudio();
-    schedule_.advance(30s);
+    clock_.advance(30s);
     session->stopAudio();   // keeps the first moment
     EXPECT_EQ(session->elapsed(), 90.0);
-    session->addLine(QStringLiteral("late line"));
+    session->addLine(u"late line"_s);
     EXPECT_EQ(session->data().lines[0].t, 87.0);
 
-    session->finish(QString(), QStringLiteral(""));
+    session->finish({}, u""_s);
     const SessionData saved = onDisk(*session);
     EXPECT_EQ(saved.duration, 90.0);
-    EXPECT_EQ(saved.category, QStringLiteral("")) << "finish stores the category as given";
-    EXPECT_EQ(saved.title, session->data().title);
+    EXPECT_EQ(saved.category, u""_s) << "finish stores the category as given";
+    EXPECT_EQ(saved.title, title);
     EXPECT_EQ(saved.lines.size(), 1);
-    session->finish(QStringLiteral("Final"), std::nullopt);
-    EXPECT_EQ(onDisk(*session).title, QStringLiteral("Final"));
-    EXPECT_FALSE(onDisk(*session).category);
+    session->finish(u"Final"_s, std::nullopt);
+    EXPECT_EQ(std::pair(onDisk(*session).title, onDisk(*session).category),
+              std::pair(u"Final"_s, std::optional<QString>()));
 }
 
-TEST_F(LiveSessionTest, RecordsIntoItsFolderOrGoesOnWithoutAudio)
+TEST_F(LiveSessionTest, RecordsIntoItsFolderOrRunsOnWithoutAudio)
 {
-    microphone_.input().failure = QStringLiteral("没有输入设备");
-    const auto silent = makeSession();
-    EXPECT_EQ(silent->startAudio(), QStringLiteral("找不到麦克风"));
-    silent->addLine(QStringLiteral("the class goes on"));
-    silent->stopAudio();
-    EXPECT_FALSE(QFileInfo::exists(silent->audioURL()));
-
-    microphone_.input().failure.reset();
-    microphone_.input().delivered = {16'000, 1};
-    clock_.advance(1min);
+    input_->delivered = {16'000, 1};
     const auto session = makeSession();
     ASSERT_EQ(session->startAudio(), std::nullopt);
-    microphone_.input().play(tone(16'000, 4.0), 1'600);
+    input_->play(tone(16'000, 4.0), 1'600);
     session->stopAudio();
-    EXPECT_FALSE(microphone_.hub().running());
-    const auto audio = AudioFile::decode(session->audioURL());
-    ASSERT_TRUE(audio);
-    EXPECT_EQ(audio->sampleRate, 16'000);
-    EXPECT_NEAR(audio->seconds, 4.0, 4.0 * 0.05);
-}
+    EXPECT_FALSE(hub_.running());
+    EXPECT_TRUE(isMonoAac(session->audioURL(), 16'000, 4.0));
+    EXPECT_NEAR(double(QFileInfo(session->audioURL()).size()), 32'000 / 8 * 4.0, 32'000 / 8 * 4.0 * 0.2);
 
-TEST_F(LiveSessionTest, AFolderThatCannotBeMadeLeavesTheClassRunning)
-{
-    const QString blocked = documents_.filePath(QStringLiteral("not a folder"));
+    const QString blocked = documents_.filePath(u"not a folder"_s);
     put(blocked, "a file where the documents folder should be");
     SessionStore::useDocumentsFolder(blocked);
-    const auto session = makeSession();
-    EXPECT_FALSE(QFileInfo(session->folder()).isDir());
-    EXPECT_EQ(session->startAudio(), QStringLiteral("无法创建录音文件"));
-    session->addLine(QStringLiteral("still taken down"));
-    schedule_.advance(2s);
-    session->finish(QStringLiteral("Lost"), std::nullopt);
-    EXPECT_EQ(session->data().lines.size(), 1);
-    EXPECT_EQ(session->data().title, QStringLiteral("Lost"));
+    const auto homeless = makeSession();
+    EXPECT_FALSE(QFileInfo(homeless->folder()).isDir());
+    EXPECT_EQ(homeless->startAudio(), u"无法创建录音文件"_s);
+    homeless->addLine(u"still taken down"_s);
+    runSaves();
+    homeless->finish(u"Lost"_s, std::nullopt);
+    EXPECT_EQ(homeless->data().lines.size(), 1);
+    EXPECT_EQ(homeless->data().title, u"Lost"_s);
     EXPECT_EQ(read(blocked), "a file where the documents folder should be");
 }

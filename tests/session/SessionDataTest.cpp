@@ -1,5 +1,7 @@
 #include "session/SessionData.h"
 
+#include "QtPrinters.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -7,31 +9,24 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-QDateTime utc(int year, int month, int day, int hour, int minute, int second = 0)
+QDateTime utc(int month, int day, int hour, int minute, int second = 0)
 {
-    return QDateTime(QDate(year, month, day), QTime(hour, minute, second), QTimeZone::utc());
+    return QDateTime(QDate(2026, month, day), QTime(hour, minute, second), QTimeZone::utc());
 }
 
 SessionData fullRecord()
 {
-    SessionData data;
-    data.title = QStringLiteral("Thermodynamics 2");
-    data.category = QStringLiteral("物理");
-    data.started = utc(2026, 11, 18, 12, 21, 19);
-    data.duration = 4521.75;
-    data.lecture = QStringLiteral("Korean");
-    data.answer = QStringLiteral("Simplified Chinese");
-    data.lines = {{2.5, QStringLiteral("엔트로피는 증가합니다"), QStringLiteral("熵会增加")},
-                  {7.125, QStringLiteral("quote \" and \\ slash"), QString()}};
-    data.notes = {{61.0, QStringLiteral("考试重点"), QStringLiteral("Chapter 4 is on the exam")}};
-    data.audioRemoved = false;
-    data.deletedAt = utc(2026, 11, 20, 8, 0);
-    data.refined = true;
-    data.summary = QStringLiteral("Heat flows from hot to cold.");
-    data.vocabulary = QList<SessionData::Term>{{QStringLiteral("엔트로피"), QStringLiteral("熵"), QString()}};
-    return data;
+    return {.title = u"Thermodynamics 2"_s, .category = u"物理"_s, .started = utc(11, 18, 12, 21, 19),
+            .duration = 4521.75, .lecture = u"Korean"_s, .answer = u"Simplified Chinese"_s,
+            .lines = {{2.5, u"엔트로피는 증가합니다"_s, u"熵会增加"_s}, {7.125, u"quote \" and \\ slash"_s, {}}},
+            .notes = {{61.0, u"考试重点"_s, u"Chapter 4 is on the exam"_s}},
+            .audioRemoved = false, .deletedAt = utc(11, 20, 8, 0), .refined = true,
+            .summary = u"Heat flows from hot to cold."_s,
+            .vocabulary = QList<SessionData::Term>{{u"엔트로피"_s, u"熵"_s, {}}}};
 }
 
 QJsonObject objectOf(const QByteArray &json)
@@ -39,7 +34,7 @@ QJsonObject objectOf(const QByteArray &json)
     return QJsonDocument::fromJson(json).object();
 }
 
-QByteArray withMember(const QString &key, const QJsonValue &value)
+QByteArray withMember(QStringView key, const QJsonValue &value)
 {
     QJsonObject object = objectOf(fullRecord().toJson());
     if (value.isUndefined())
@@ -53,93 +48,63 @@ QByteArray withMember(const QString &key, const QJsonValue &value)
 
 TEST(SessionData, RoundTripsEveryField)
 {
-    const SessionData data = fullRecord();
-    const QByteArray json = data.toJson();
-    EXPECT_EQ(SessionData::fromJson(json), data);
-    EXPECT_TRUE(json.contains("\n    \"title\": \"Thermodynamics 2\""));   // pretty printed
-    EXPECT_TRUE(json.contains("\"started\": \"2026-11-18T12:21:19Z\""));
-    EXPECT_TRUE(json.contains("\"deletedAt\": \"2026-11-20T08:00:00Z\""));
-    EXPECT_TRUE(json.contains("\"duration\": 4521.75"));
-    EXPECT_TRUE(json.contains("\"t\": 7.125"));
-    EXPECT_TRUE(json.contains("엔트로피는"));   // UTF-8, not escaped
+    const QByteArray json = fullRecord().toJson();
+    EXPECT_EQ(SessionData::fromJson(json), fullRecord());
+    // Pretty printed, UTC to the second, UTF-8 unescaped.
+    for (const char *stored : {"\n    \"title\": \"Thermodynamics 2\"", "\"started\": \"2026-11-18T12:21:19Z\"",
+                               "\"deletedAt\": \"2026-11-20T08:00:00Z\"", "\"duration\": 4521.75", "\"t\": 7.125",
+                               "\"엔트로피는"})
+        EXPECT_TRUE(json.contains(stored)) << stored;
 }
 
-TEST(SessionData, FreshRecordLeavesOptionalKeysOut)
+TEST(SessionData, OptionalKeysAbsentOrNullStayOut)
 {
-    const QDateTime start = utc(2026, 3, 2, 0, 5, 0).addMSecs(420);
-    const SessionData data = SessionData::make(QStringLiteral("English"), QStringLiteral("Japanese"), start);
-    EXPECT_EQ(data.title, QStringLiteral("Mar 2, 9:05\u202fAM 的记录"));
-    EXPECT_EQ(data.started, start);
-    EXPECT_EQ(data.duration, 0);
-    EXPECT_TRUE(data.lines.isEmpty() && data.notes.isEmpty());
-    EXPECT_EQ(data.lecture, QStringLiteral("English"));
-    EXPECT_EQ(data.answer, QStringLiteral("Japanese"));
+    const QDateTime start = utc(3, 2, 0, 5).addMSecs(420);
+    const SessionData fresh = SessionData::make(u"English"_s, u"Japanese"_s, start);
+    EXPECT_EQ(objectOf(fresh.toJson()).keys(), QStringList({u"answer"_s, u"duration"_s, u"lecture"_s, u"lines"_s,
+                                                            u"notes"_s, u"started"_s, u"title"_s}));
+    SessionData whole = fresh;
+    whole.started = start.addMSecs(-420);   // whole seconds on disk
+    EXPECT_EQ(SessionData::fromJson(fresh.toJson()), whole);
 
-    const QJsonObject object = objectOf(data.toJson());
-    EXPECT_EQ(object.keys(), QStringList({QStringLiteral("answer"), QStringLiteral("duration"),
-                                          QStringLiteral("lecture"), QStringLiteral("lines"),
-                                          QStringLiteral("notes"), QStringLiteral("started"),
-                                          QStringLiteral("title")}));
-    EXPECT_EQ(object.value(u"started").toString(), QStringLiteral("2026-03-02T00:05:00Z"));
-    const auto decoded = SessionData::fromJson(data.toJson());
-    ASSERT_TRUE(decoded);
-    EXPECT_EQ(decoded->started, start.addMSecs(-420));   // whole seconds on disk
-}
-
-TEST(SessionData, OldRecordWithoutNewerKeysDecodesAndStaysWithoutThem)
-{
-    const QByteArray old = R"JSON({
-        "title": "Old class", "started": "2025-09-01T07:00:00Z", "duration": 60,
-        "lecture": "English", "answer": "Simplified Chinese",
-        "lines": [{"t": 0, "text": "Hello", "translation": ""}],
-        "notes": [], "category": null
-    })JSON";
-    const auto data = SessionData::fromJson(old);
-    ASSERT_TRUE(data);
-    EXPECT_FALSE(data->vocabulary || data->summary || data->refined || data->category || data->deletedAt
-                 || data->audioRemoved);
-    const QJsonObject saved = objectOf(data->toJson());
-    for (const char16_t *key : {u"vocabulary", u"summary", u"refined", u"category", u"deletedAt", u"audioRemoved"})
-        EXPECT_FALSE(saved.contains(QStringView(key))) << QStringView(key).toString().toStdString();
+    // Records from before a key existed load, and are saved again without it.
+    const QJsonObject full = objectOf(fullRecord().toJson());
+    for (const QStringView key : {u"category", u"audioRemoved", u"deletedAt", u"refined", u"summary", u"vocabulary"}) {
+        for (const QJsonValue &absent : {QJsonValue(QJsonValue::Undefined), QJsonValue(QJsonValue::Null)}) {
+            const auto data = SessionData::fromJson(withMember(key, absent));
+            ASSERT_TRUE(data) << key;
+            QJsonObject saved = objectOf(data->toJson());
+            EXPECT_FALSE(saved.contains(key)) << key;
+            saved.insert(key, full[key]);
+            EXPECT_EQ(saved, full);
+        }
+    }
 }
 
 TEST(SessionData, StrictAboutRequiredKeysTypesAndDates)
 {
-    for (const char *key : {"title", "started", "duration", "lecture", "answer", "lines", "notes"})
-        EXPECT_FALSE(SessionData::fromJson(withMember(QString::fromLatin1(key), QJsonValue::Undefined))) << key;
-
-    const QStringList badDates = {QStringLiteral("2026-11-18T12:21:19.5Z"), QStringLiteral("2026-11-18T12:21:19"),
-                                  QStringLiteral("2026-11-18"), QStringLiteral("18.11.2026 12:21"),
-                                  QStringLiteral("2026-13-18T12:21:19Z"), QString()};
-    for (const QString &date : badDates) {
-        EXPECT_FALSE(SessionData::fromJson(withMember(QStringLiteral("started"), date))) << date.toStdString();
-        EXPECT_FALSE(SessionData::fromJson(withMember(QStringLiteral("deletedAt"), date))) << date.toStdString();
+    for (const QStringView key : {u"title", u"started", u"duration", u"lecture", u"answer", u"lines", u"notes"})
+        EXPECT_FALSE(SessionData::fromJson(withMember(key, QJsonValue::Undefined))) << key;
+    for (const QString &date : {u"2026-11-18T12:21:19.5Z"_s, u"2026-11-18T12:21:19"_s, u"2026-11-18"_s,
+                                u"18.11.2026 12:21"_s, u"2026-13-18T12:21:19Z"_s, QString()}) {
+        EXPECT_FALSE(SessionData::fromJson(withMember(u"started", date))) << date;
+        EXPECT_FALSE(SessionData::fromJson(withMember(u"deletedAt", date))) << date;
     }
-    EXPECT_FALSE(SessionData::fromJson(withMember(QStringLiteral("duration"), QStringLiteral("60"))));
-    EXPECT_FALSE(SessionData::fromJson(withMember(QStringLiteral("title"), 3)));
-    EXPECT_FALSE(SessionData::fromJson(withMember(QStringLiteral("refined"), QStringLiteral("yes"))));
-    EXPECT_FALSE(SessionData::fromJson(withMember(QStringLiteral("summary"), 1)));
-    EXPECT_FALSE(SessionData::fromJson(withMember(QStringLiteral("vocabulary"), QJsonObject())));
-
-    // One bad element fails the whole record.
-    const QJsonArray badLines = QJsonDocument::fromJson(R"([{"t": 1, "text": "a", "translation": ""},
-                                                             {"t": 2, "text": "b"}])").array();
-    EXPECT_FALSE(SessionData::fromJson(withMember(QStringLiteral("lines"), badLines)));
-    const QJsonArray badNotes = QJsonDocument::fromJson(R"([{"t": "1", "kind": "k", "text": "a"}])").array();
-    EXPECT_FALSE(SessionData::fromJson(withMember(QStringLiteral("notes"), badNotes)));
-    const QJsonArray badTerms = QJsonDocument::fromJson(R"([{"term": "a", "meaning": "b"}])").array();
-    EXPECT_FALSE(SessionData::fromJson(withMember(QStringLiteral("vocabulary"), badTerms)));
-    EXPECT_FALSE(SessionData::fromJson(withMember(QStringLiteral("lines"), QJsonArray{1})));
+    // Wrong types, and one bad element failing the whole record.
+    const auto array = [](const char *json) { return QJsonDocument::fromJson(json).array(); };
+    const std::pair<QStringView, QJsonValue> wrong[] = {
+        {u"duration", u"60"_s}, {u"title", 3}, {u"refined", u"yes"_s}, {u"summary", 1},
+        {u"vocabulary", QJsonObject()}, {u"lines", QJsonArray{1}},
+        {u"lines", array(R"([{"t": 1, "text": "a", "translation": ""}, {"t": 2, "text": "b"}])")},
+        {u"notes", array(R"([{"t": "1", "kind": "k", "text": "a"}])")},
+        {u"vocabulary", array(R"([{"term": "a", "meaning": "b"}])")}};
+    for (const auto &[key, value] : wrong)
+        EXPECT_FALSE(SessionData::fromJson(withMember(key, value))) << key;
 
     // Not a record at all, or cut off half-way.
-    EXPECT_FALSE(SessionData::fromJson(""));
-    EXPECT_FALSE(SessionData::fromJson("[]"));
     const QByteArray whole = fullRecord().toJson();
-    EXPECT_FALSE(SessionData::fromJson(whole.left(whole.size() / 2)));
-
+    for (const QByteArray &json : {QByteArray(), QByteArray("[]"), whole.left(whole.size() / 2)})
+        EXPECT_FALSE(SessionData::fromJson(json)) << json.toStdString();
     // A date with an offset names the same moment.
-    const auto offset = SessionData::fromJson(withMember(QStringLiteral("started"),
-                                                         QStringLiteral("2026-11-18T21:21:19+09:00")));
-    ASSERT_TRUE(offset);
-    EXPECT_EQ(offset->started, fullRecord().started);
+    EXPECT_EQ(SessionData::fromJson(withMember(u"started", u"2026-11-18T21:21:19+09:00"_s)), fullRecord());
 }
