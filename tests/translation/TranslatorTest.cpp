@@ -6,7 +6,6 @@
 #include "TestServer.h"
 
 #include <QCoreApplication>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRandomGenerator>
@@ -15,86 +14,77 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <map>
+#include <mutex>
 
 using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-// A local server speaking LibreTranslate: its language list, and "<target>:" + the text as the
-// translation, after a delay the test chooses. It counts how many requests of each source run at once.
-class LibreTranslateServer
+const QString korean = u"오늘은 경제학의 기본 개념에 대해서 이야기해 보겠습니다"_s;
+const QString english = u"Today we are going to talk about the basic ideas of economics"_s;
+const QString chinese = u"今天我们来讨论经济学的基本概念和一些重要的理论"_s;
+
+using Arrived = QList<std::pair<QString, std::optional<QString>>>;
+
+QJsonObject bodyOf(const TestServer::Request &request)
 {
-public:
-    LibreTranslateServer()
+    return QJsonDocument::fromJson(request.body).object();
+}
+
+TestServer::Response translated(const QString &text)
+{
+    return TestServer::Response::json(QJsonDocument(QJsonObject{{u"translatedText"_s, text}}).toJson());
+}
+
+TestServer::Response page(const QByteArray &html)
+{
+    TestServer::Response response;
+    response.body = html;
+    response.contentType = "text/html";
+    return response;
+}
+
+// A translator whose server speaks LibreTranslate: the language list, and an answer to each text the
+// test may replace. Completions are kept in the order they arrive.
+class TranslatorTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
     {
-        server.setHandler([this](const TestServer::Request &request) { return answer(request); });
+        QSettings().setValue(u"translate.url"_s, server.url());
+        server.setHandler([this](const TestServer::Request &request) {
+            return request.path == "/languages" ? TestServer::Response::json(languages) : answer(bodyOf(request));
+        });
+        translator.onNote = [this](const QString &note) { notes.append(note); };
+    }
+
+    void TearDown() override
+    {
+        EXPECT_EQ(offMainThread, 0) << "completions arrive on the main thread";
+        QSettings().remove(u"translate.url"_s);
+    }
+
+    void count(const QString &source, int step)
+    {
+        std::scoped_lock lock(mutex);
+        for (const QString &key : {source, QString()})
+            most[key] = std::max(most[key], running[key] += step);
     }
 
     // One member of every translation request, in the order they arrived.
     QStringList sent(QStringView member) const
     {
-        QStringList result;
+        QStringList values;
         for (const TestServer::Request &request : server.requests()) {
             if (request.path == "/translate")
-                result.append(QJsonDocument::fromJson(request.body).object().value(member).toString());
+                values.append(bodyOf(request).value(member).toString());
         }
-        return result;
+        return values;
     }
 
-    QStringList sources() const { return sent(u"source"); }
-    QStringList texts() const { return sent(u"q"); }
-
-    TestServer server;
-    QByteArray languages = R"JSON([
-        {"code": "en", "name": "English", "targets": ["en", "ko", "zh-Hans", "ja"]},
-        {"code": "ko", "name": "Korean", "targets": ["en", "ko", "zh-Hans"]},
-        {"code": "zh-Hans", "name": "Chinese", "targets": ["en", "ko", "zh-Hans"]}
-    ])JSON";
-    std::function<std::chrono::milliseconds()> delay = [] { return 0ms; };
-    std::atomic<int> running{0};
-    std::atomic<int> mostRunning{0};
-    std::mutex mutex;
-    std::map<QString, int> runningPerSource;
-    std::map<QString, int> mostPerSource;
-
-private:
-    TestServer::Response answer(const TestServer::Request &request)
-    {
-        if (request.path == "/languages")
-            return TestServer::Response::json(languages);
-        const QJsonObject body = QJsonDocument::fromJson(request.body).object();
-        const QString source = body.value(u"source").toString();
-        enter(source);
-        std::this_thread::sleep_for(delay());
-        leave(source);
-        const QString translated = body.value(u"target").toString() + u':' + body.value(u"q").toString();
-        return TestServer::Response::json(QJsonDocument(QJsonObject{{QStringLiteral("translatedText"), translated}}).toJson());
-    }
-
-    void enter(const QString &source)
-    {
-        const int now = ++running;
-        int most = mostRunning;
-        while (now > most && !mostRunning.compare_exchange_weak(most, now)) {
-        }
-        std::scoped_lock lock(mutex);
-        mostPerSource[source] = std::max(mostPerSource[source], ++runningPerSource[source]);
-    }
-
-    void leave(const QString &source)
-    {
-        --running;
-        std::scoped_lock lock(mutex);
-        --runningPerSource[source];
-    }
-};
-
-// Completions in the order they arrived: (tag, result).
-struct Results
-{
-    Translator::Done add(const QString &tag)
+    Translator::Done done(const QString &tag)
     {
         return [this, tag](const std::optional<QString> &result) {
             arrived.append({tag, result});
@@ -102,330 +92,219 @@ struct Results
         };
     }
 
-    std::optional<QString> of(const QString &tag) const
+    bool arrive(qsizetype count)
     {
-        for (const auto &[name, result] : arrived) {
-            if (name == tag)
-                return result;
-        }
-        return QStringLiteral("(never arrived)");
+        return runEventsUntil([&] { return arrived.size() >= count; });
     }
 
-    QStringList tags() const
-    {
-        QStringList result;
-        for (const auto &entry : arrived)
-            result.append(entry.first);
-        return result;
-    }
-
-    QList<std::pair<QString, std::optional<QString>>> arrived;
-    int offMainThread = 0;
-};
-
-const QString korean = QStringLiteral("오늘은 경제학의 기본 개념에 대해서 이야기해 보겠습니다");
-const QString english = QStringLiteral("Today we are going to talk about the basic ideas of economics");
-const QString chinese = QStringLiteral("今天我们来讨论经济学的基本概念和一些重要的理论");
-
-class TranslatorTest : public ::testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        QSettings().setValue(QStringLiteral("translate.url"), libre.server.url());
-        translator.onNote = [this](const QString &note) { notes.append(note); };
-    }
-
-    void TearDown() override
-    {
-        EXPECT_EQ(results.offMainThread, 0);
-        QSettings().remove(QStringLiteral("translate.url"));
-    }
-
-    // The address of a port where nothing listens.
-    static QString deadAddress()
-    {
-        int port = 0;
-        {
-            TestServer closed;
-            port = closed.port();
-        }
-        return QStringLiteral("http://127.0.0.1:%1").arg(port);
-    }
-
-    LibreTranslateServer libre;
+    QByteArray languages = R"JSON([{"code": "en", "name": "English", "targets": ["en", "ko", "zh-Hans", "ja"]},
+                                   {"code": "ko", "name": "Korean", "targets": ["en", "ko", "zh-Hans"]},
+                                   {"code": "zh-Hans", "name": "Chinese", "targets": ["en", "ko", "zh-Hans"]}])JSON";
+    std::function<std::chrono::milliseconds()> delay = [] { return 0ms; };
+    // By default "<target>:<text>" after the delay, counting the requests of each source (and of all,
+    // under "") that run at once.
+    std::function<TestServer::Response(const QJsonObject &)> answer = [this](const QJsonObject &body) {
+        const QString source = body.value(u"source").toString();
+        count(source, 1);
+        std::this_thread::sleep_for(delay());
+        count(source, -1);
+        return translated(body.value(u"target").toString() + u':' + body.value(u"q").toString());
+    };
+    std::mutex mutex;
+    std::map<QString, int> running;
+    std::map<QString, int> most;
+    TestServer server;   // destroyed before the state its handler uses
     Translator translator;
     QStringList notes;
-    Results results;
+    Arrived arrived;
+    int offMainThread = 0;
 };
 
 TEST_F(TranslatorTest, CodesOfLocales)
 {
-    EXPECT_EQ(Translator::code(QStringLiteral("ko-KR")), QStringLiteral("ko"));
-    EXPECT_EQ(Translator::code(QStringLiteral("en-US")), QStringLiteral("en"));
-    EXPECT_EQ(Translator::code(QStringLiteral("en-GB")), QStringLiteral("en"));
-    EXPECT_EQ(Translator::code(QStringLiteral("ja_JP")), QStringLiteral("ja"));
-    for (const char *chinese : {"zh-Hans", "zh-Hant", "zh-CN", "zh_TW", "zh"})
-        EXPECT_EQ(Translator::code(QString::fromLatin1(chinese)), QStringLiteral("zh-Hans")) << chinese;
-    EXPECT_EQ(Translator::code(QString()), QString());
-    EXPECT_EQ(Translator::code(QStringLiteral("123")), QStringLiteral("123"));
-    EXPECT_EQ(Translator::language(QStringLiteral("ko"))->label, QStringLiteral("韩语"));
-    EXPECT_FALSE(Translator::language(QStringLiteral("sv")));
+    for (const auto &[id, code] : {std::pair{u"ko-KR", u"ko"}, {u"en-GB", u"en"}, {u"ja_JP", u"ja"}, {u"zh", u"zh-Hans"},
+                                   {u"zh-Hans", u"zh-Hans"}, {u"zh-Hant", u"zh-Hans"}, {u"zh-CN", u"zh-Hans"},
+                                   {u"zh_TW", u"zh-Hans"}, {u"", u""}, {u"123", u"123"}})
+        EXPECT_EQ(Translator::code(QStringView(id).toString()), QStringView(code)) << QStringView(id);
+    EXPECT_EQ(Translator::language(u"ko"_s)->label, u"韩语"_s);
+    EXPECT_FALSE(Translator::language(u"sv"_s));
 }
 
-TEST_F(TranslatorTest, SendsEachTextToTheLaneOfItsLanguage)
+TEST_F(TranslatorTest, EachLanguageHasALaneThatKeepsItsOrderBesideTheOthers)
 {
-    translator.setLanguages({QStringLiteral("ko-KR"), QStringLiteral("en-US")}, QStringLiteral("zh-Hans"));
-    translator.translate(chinese, results.add(QStringLiteral("zh")));
-    // Already in the answer language: back at once, unchanged, without a request.
-    ASSERT_EQ(results.tags(), QStringList{QStringLiteral("zh")});
-    EXPECT_EQ(results.of(QStringLiteral("zh")), chinese);
-
-    translator.translate(korean, results.add(QStringLiteral("ko")));
-    translator.translate(english, results.add(QStringLiteral("en")));
-    // Nothing to tell a language by: the lane of the first source takes it.
-    translator.translate(QStringLiteral("2024 3.14 42"), results.add(QStringLiteral("digits")));
-    ASSERT_TRUE(runEventsUntil([&] { return results.arrived.size() == 4; }));
-    EXPECT_EQ(results.of(QStringLiteral("ko")), QStringLiteral("zh-Hans:") + korean);
-    EXPECT_EQ(results.of(QStringLiteral("en")), QStringLiteral("zh-Hans:") + english);
-    EXPECT_EQ(results.of(QStringLiteral("digits")), QStringLiteral("zh-Hans:2024 3.14 42"));
-    QStringList sources = libre.sources();
-    sources.sort();
-    EXPECT_EQ(sources, (QStringList{QStringLiteral("en"), QStringLiteral("ko"), QStringLiteral("ko")}));
-    EXPECT_TRUE(notes.isEmpty()) << notes.join(u'\n').toStdString();
-}
-
-TEST_F(TranslatorTest, KeepsTheOrderOfALaneUnderRandomDelays)
-{
-    libre.delay = [] { return std::chrono::milliseconds(QRandomGenerator::global()->bounded(0, 25)); };
-    translator.setLanguages({QStringLiteral("ko-KR")}, QStringLiteral("zh-Hans"));
-    QStringList expected;
-    for (int i = 0; i < 40; ++i) {
-        const QString tag = QString::number(i);
-        expected.append(tag);
-        translator.translate(korean + u' ' + tag, results.add(tag));
+    delay = [] { return std::chrono::milliseconds(QRandomGenerator::global()->bounded(5, 25)); };
+    translator.setLanguages({u"ko-KR"_s, u"en-US"_s}, u"zh-Hans"_s);
+    std::map<QString, QStringList> added;
+    for (int i = 0; i < 20; ++i) {
+        for (const auto &[lane, text] : {std::pair{u"ko"_s, korean}, {u"en"_s, english}}) {
+            added[lane].append(lane + QString::number(i));
+            translator.translate(text + u' ' + QString::number(i), done(added[lane].last()));
+        }
     }
-    ASSERT_TRUE(runEventsUntil([&] { return results.arrived.size() == 40; }));
-    EXPECT_EQ(results.tags(), expected);
-    for (int i = 0; i < 40; ++i)
-        EXPECT_EQ(results.of(QString::number(i)), QStringLiteral("zh-Hans:") + korean + u' ' + QString::number(i));
-    EXPECT_EQ(libre.mostPerSource[QStringLiteral("ko")], 1);
-}
-
-TEST_F(TranslatorTest, RunsLanesSideBySide)
-{
-    libre.delay = [] { return 60ms; };
-    translator.setLanguages({QStringLiteral("ko-KR"), QStringLiteral("en-US")}, QStringLiteral("zh-Hans"));
-    for (int i = 0; i < 5; ++i) {
-        translator.translate(korean + u' ' + QString::number(i), results.add(QStringLiteral("ko%1").arg(i)));
-        translator.translate(english + u' ' + QString::number(i), results.add(QStringLiteral("en%1").arg(i)));
+    ASSERT_TRUE(arrive(40));
+    std::map<QString, QStringList> completed;
+    for (const auto &[tag, result] : arrived) {
+        completed[tag.left(2)].append(tag);
+        EXPECT_EQ(result, u"zh-Hans:" + (tag.startsWith(u"ko") ? korean : english) + u' ' + tag.mid(2));
     }
-    ASSERT_TRUE(runEventsUntil([&] { return results.arrived.size() == 10; }));
-    EXPECT_EQ(libre.mostRunning, 2);
-    EXPECT_EQ(libre.mostPerSource[QStringLiteral("ko")], 1);
-    EXPECT_EQ(libre.mostPerSource[QStringLiteral("en")], 1);
-    QStringList koreanOrder;
-    QStringList englishOrder;
-    for (const QString &tag : results.tags())
-        (tag.startsWith(u"ko") ? koreanOrder : englishOrder).append(tag);
-    EXPECT_EQ(koreanOrder, (QStringList{QStringLiteral("ko0"), QStringLiteral("ko1"), QStringLiteral("ko2"),
-                                        QStringLiteral("ko3"), QStringLiteral("ko4")}));
-    EXPECT_EQ(englishOrder, (QStringList{QStringLiteral("en0"), QStringLiteral("en1"), QStringLiteral("en2"),
-                                         QStringLiteral("en3"), QStringLiteral("en4")}));
+    EXPECT_EQ(completed, added);
+    EXPECT_EQ(most, (std::map<QString, int>{{QString(), 2}, {u"en"_s, 1}, {u"ko"_s, 1}}));
+
+    // Already in the answer language: back at once, unchanged, without a request. Nothing to tell a
+    // language by: the lane of the first source takes it.
+    arrived.clear();
+    translator.translate(chinese, done(u"zh"_s));
+    translator.translate(u"2024 3.14 42"_s, done(u"digits"_s));
+    ASSERT_TRUE(arrive(2));
+    EXPECT_EQ(arrived, (Arrived{{u"zh"_s, chinese}, {u"digits"_s, u"zh-Hans:2024 3.14 42"_s}}));
+    EXPECT_EQ(sent(u"source").size(), 41);
+    EXPECT_EQ(sent(u"source").last(), u"ko"_s);
+    EXPECT_EQ(notes, QStringList()) << "every pair is installed";
 }
 
-TEST_F(TranslatorTest, TargetLikeTheOnlySourceMakesNoLane)
+TEST_F(TranslatorTest, WithoutALaneTextsComeBackAtOnce)
 {
-    translator.setLanguages({QStringLiteral("en-US")}, QStringLiteral("en-GB"));
-    translator.translate(english, results.add(QStringLiteral("en")));
+    translator.translate(korean, done(u"before any languages"_s));
+    translator.setLanguages({u"en-US"_s}, u"en-GB"_s);
+    translator.translate(english, done(u"en"_s));
     // Only English is in play, so whatever the text, it counts as English.
-    translator.translate(korean, results.add(QStringLiteral("ko")));
-    ASSERT_EQ(results.arrived.size(), 2);
-    EXPECT_EQ(results.of(QStringLiteral("en")), english);
-    EXPECT_EQ(results.of(QStringLiteral("ko")), korean);
-
+    translator.translate(korean, done(u"ko"_s));
     // With no source at all, only a text in the answer language has an answer.
-    translator.setLanguages({}, QStringLiteral("zh-Hans"));
-    translator.translate(chinese, results.add(QStringLiteral("zh")));
-    translator.translate(korean, results.add(QStringLiteral("ko again")));
-    ASSERT_EQ(results.arrived.size(), 4);
-    EXPECT_EQ(results.of(QStringLiteral("zh")), chinese);
-    EXPECT_EQ(results.of(QStringLiteral("ko again")), std::nullopt);
+    translator.setLanguages({}, u"zh-Hans"_s);
+    translator.translate(chinese, done(u"zh"_s));
+    translator.translate(korean, done(u"ko again"_s));
+    EXPECT_EQ(arrived, (Arrived{{u"before any languages"_s, std::nullopt}, {u"en"_s, english}, {u"ko"_s, korean},
+                                {u"zh"_s, chinese}, {u"ko again"_s, std::nullopt}}));
     runEventsFor(100ms);
-    EXPECT_TRUE(libre.server.requests().isEmpty());
-    EXPECT_TRUE(notes.isEmpty());
-}
-
-TEST_F(TranslatorTest, BeforeAnyLanguagesEverythingIsAbsent)
-{
-    translator.translate(korean, results.add(QStringLiteral("ko")));
-    ASSERT_EQ(results.arrived.size(), 1);
-    EXPECT_EQ(results.of(QStringLiteral("ko")), std::nullopt);
+    EXPECT_TRUE(server.requests().isEmpty());
+    EXPECT_EQ(notes, QStringList());
 }
 
 TEST_F(TranslatorTest, NewLanguagesReplaceTheLanesAndDropTheirLateAnswers)
 {
-    libre.delay = [] { return 150ms; };
-    translator.setLanguages({QStringLiteral("ko-KR")}, QStringLiteral("zh-Hans"));
-    translator.translate(korean, results.add(QStringLiteral("old")));
-    ASSERT_TRUE(runEventsUntil([&] { return libre.sources().contains(QStringLiteral("ko")); }));
+    delay = [] { return 150ms; };
+    translator.setLanguages({u"ko-KR"_s}, u"zh-Hans"_s);
+    translator.translate(korean, done(u"old"_s));
+    ASSERT_TRUE(runEventsUntil([&] { return !sent(u"source").isEmpty(); }));
 
-    libre.delay = [] { return 0ms; };
-    translator.setLanguages({QStringLiteral("en-US")}, QStringLiteral("zh-Hans"));
-    translator.translate(korean, results.add(QStringLiteral("new")));
-    ASSERT_TRUE(runEventsUntil([&] { return !results.arrived.isEmpty(); }));
+    delay = [] { return 0ms; };
+    translator.setLanguages({u"en-US"_s}, u"zh-Hans"_s);
+    translator.translate(korean, done(u"new"_s));
+    ASSERT_TRUE(arrive(1));
     runEventsFor(300ms);
     // The Korean text now goes to the only lane there is, English's; the old lane's answer is dropped.
-    EXPECT_EQ(results.tags(), QStringList{QStringLiteral("new")});
-    EXPECT_EQ(libre.sources(), (QStringList{QStringLiteral("ko"), QStringLiteral("en")}));
+    EXPECT_EQ(arrived, (Arrived{{u"new"_s, u"zh-Hans:" + korean}}));
+    EXPECT_EQ(sent(u"source"), QStringList({u"ko"_s, u"en"_s}));
 }
 
 TEST_F(TranslatorTest, MissingPairIsNotedAndItsTextsComeBackAbsent)
 {
-    libre.languages = R"JSON([
-        {"code": "en", "name": "English", "targets": ["ko", "zh-Hans"]},
-        {"code": "ko", "name": "Korean", "targets": ["en"]},
-        {"code": "ja", "name": "Japanese", "targets": ["en"]},
-        {"code": "zh-Hans", "name": "Chinese", "targets": ["en", "ko"]}
-    ])JSON";
-    libre.server.setHandler([this](const TestServer::Request &request) {
-        if (request.path == "/languages")
-            return TestServer::Response::json(libre.languages);
-        const QJsonObject body = QJsonDocument::fromJson(request.body).object();
-        if (body.value(u"source").toString() == u"en")
-            return TestServer::Response::json(R"({"translatedText": "好"})");
-        return TestServer::Response::json(R"({"error": "ko (Korean) is not available as a target language"})", 400);
-    });
-    translator.setLanguages({QStringLiteral("ko-KR"), QStringLiteral("en-US"), QStringLiteral("ja-JP")},
-                            QStringLiteral("zh-Hans"));
+    languages = R"JSON([{"code": "en", "targets": ["ko", "zh-Hans"]}, {"code": "ko", "targets": ["en"]},
+                        {"code": "ja", "targets": ["en"]}, {"code": "zh-Hans", "targets": ["en", "ko"]}])JSON";
+    answer = [](const QJsonObject &body) {
+        return body.value(u"source").toString() == u"en"
+            ? translated(u"好"_s)
+            : TestServer::Response::json(R"({"error": "ko (Korean) is not available as a target language"})", 400);
+    };
+    translator.setLanguages({u"ko-KR"_s, u"en-US"_s, u"ja-JP"_s}, u"zh-Hans"_s);
     ASSERT_TRUE(runEventsUntil([&] { return !notes.isEmpty(); }));
-    EXPECT_TRUE(notes[0].startsWith(QStringLiteral("翻译需要先下载语言：韩语、日语 → 简体中文。\n")))
-        << notes[0].toStdString();
-    EXPECT_TRUE(notes[0].contains(libre.server.url()));
+    EXPECT_TRUE(notes[0].startsWith(u"翻译需要先下载语言：韩语、日语 → 简体中文。\n"_s)) << notes[0];
+    EXPECT_TRUE(notes[0].contains(server.url()));
 
-    translator.translate(korean, results.add(QStringLiteral("ko")));
-    translator.translate(english, results.add(QStringLiteral("en")));
-    ASSERT_TRUE(runEventsUntil([&] { return results.arrived.size() == 2; }));
-    EXPECT_EQ(results.of(QStringLiteral("ko")), std::nullopt);
-    EXPECT_EQ(results.of(QStringLiteral("en")), QStringLiteral("好"));
+    translator.translate(korean, done(u"ko"_s));
+    ASSERT_TRUE(arrive(1));
+    translator.translate(english, done(u"en"_s));
+    ASSERT_TRUE(arrive(2));
+    EXPECT_EQ(arrived, (Arrived{{u"ko"_s, std::nullopt}, {u"en"_s, u"好"_s}}));
     EXPECT_EQ(notes.size(), 1);
 }
 
 TEST_F(TranslatorTest, OlderServersNameChineseZh)
 {
-    libre.languages = R"JSON([{"code": "ko", "name": "Korean"}, {"code": "zh", "name": "Chinese"}])JSON";
-    translator.setLanguages({QStringLiteral("ko-KR")}, QStringLiteral("zh-Hans"));
-    translator.translate(korean, results.add(QStringLiteral("ko")));
-    ASSERT_TRUE(runEventsUntil([&] { return results.arrived.size() == 1; }));
-    EXPECT_EQ(results.of(QStringLiteral("ko")), QStringLiteral("zh:") + korean);
+    languages = R"JSON([{"code": "ko", "name": "Korean"}, {"code": "zh", "name": "Chinese"}])JSON";
+    translator.setLanguages({u"ko-KR"_s}, u"zh-Hans"_s);
+    translator.translate(korean, done(u"ko"_s));
+    ASSERT_TRUE(arrive(1));
+    EXPECT_EQ(arrived, (Arrived{{u"ko"_s, u"zh:" + korean}}));
     runEventsFor(50ms);
-    EXPECT_TRUE(notes.isEmpty()) << notes.join(u'\n').toStdString();
+    EXPECT_EQ(notes, QStringList());
 }
 
-TEST_F(TranslatorTest, WithoutAServerTheFastModelTranslates)
+TEST_F(TranslatorTest, WithoutAServerTheFastModelTranslatesOrTheNoteSaysHowToSetOneUp)
 {
-    QSettings().setValue(QStringLiteral("translate.url"), deadAddress());
+    const QString dead = TestServer().url();   // a port where nothing listens
+    QSettings().setValue(u"translate.url"_s, dead);
+    translator.setLanguages({u"ko-KR"_s}, u"zh-Hans"_s);
+    translator.translate(korean, done(u"alone"_s));
+    ASSERT_TRUE(runEventsUntil([&] { return arrived.size() == 1 && !notes.isEmpty(); }));
+    EXPECT_EQ(arrived, (Arrived{{u"alone"_s, std::nullopt}}));
+    EXPECT_TRUE(notes[0].startsWith(u"还不能翻译：没有连上本机的翻译服务（" + dead + u'）')) << notes[0];
+    EXPECT_TRUE(notes[0].contains(u"libretranslate"_s));
+
     auto model = std::make_shared<FakeProvider>();
     model->setHandler([](const FakeProvider::Call &call) -> std::optional<QString> {
-        return call.prompt().contains(u"잘못") ? QStringLiteral("（连不上 Fake，检查网络）") : QStringLiteral("  模型译文\n");
+        return call.prompt().contains(u"잘못") ? u"（连不上 Fake，检查网络）"_s : u"  模型译文\n"_s;
     });
     translator.setFallback(model);
-    translator.setLanguages({QStringLiteral("ko-KR")}, QStringLiteral("zh-Hans"));
-    translator.translate(korean, results.add(QStringLiteral("ko")));
-    translator.translate(QStringLiteral("잘못된 문장입니다 정말로 그렇습니다"), results.add(QStringLiteral("failing")));
-    ASSERT_TRUE(runEventsUntil([&] { return results.arrived.size() == 2 && !notes.isEmpty(); }));
-    EXPECT_EQ(results.of(QStringLiteral("ko")), QStringLiteral("模型译文"));
-    EXPECT_EQ(results.of(QStringLiteral("failing")), std::nullopt);
-    ASSERT_EQ(model->calls().size(), 2);
-    EXPECT_EQ(model->calls()[0].prompt(), QStringLiteral("Translate from Korean into Simplified Chinese:\n\n") + korean);
-    EXPECT_TRUE(notes[0].contains(QStringLiteral("先用快速模型翻译")));
-}
-
-TEST_F(TranslatorTest, WithNeitherEngineTextsAreAbsentAndTheNoteSaysHowToSetUp)
-{
-    const QString dead = deadAddress();
-    QSettings().setValue(QStringLiteral("translate.url"), dead);
-    translator.setLanguages({QStringLiteral("ko-KR")}, QStringLiteral("zh-Hans"));
-    translator.translate(korean, results.add(QStringLiteral("ko")));
-    ASSERT_TRUE(runEventsUntil([&] { return results.arrived.size() == 1 && !notes.isEmpty(); }));
-    EXPECT_EQ(results.of(QStringLiteral("ko")), std::nullopt);
-    EXPECT_TRUE(notes[0].startsWith(QStringLiteral("还不能翻译：没有连上本机的翻译服务（") + dead + u'）'));
-    EXPECT_TRUE(notes[0].contains(QStringLiteral("libretranslate")));
+    server.setHandler([](const TestServer::Request &) { return page("<!DOCTYPE html><title>Welcome to nginx</title>"); });
+    // Nothing listening, then a web server that is no translation server.
+    for (const QString &address : {dead, server.url()}) {
+        QSettings().setValue(u"translate.url"_s, address);
+        notes.clear();
+        arrived.clear();
+        translator.setLanguages({u"ko-KR"_s}, u"zh-Hans"_s);
+        translator.translate(korean, done(u"ko"_s));
+        translator.translate(u"잘못된 문장입니다 정말로 그렇습니다"_s, done(u"failing"_s));
+        ASSERT_TRUE(runEventsUntil([&] { return arrived.size() == 2 && !notes.isEmpty(); })) << address;
+        EXPECT_EQ(arrived, (Arrived{{u"ko"_s, u"模型译文"_s}, {u"failing"_s, std::nullopt}}));
+        EXPECT_TRUE(notes[0].contains(u"先用快速模型翻译"_s)) << notes[0];
+    }
+    ASSERT_EQ(model->calls().size(), 4);
+    EXPECT_EQ(model->calls()[0].prompt(), u"Translate from Korean into Simplified Chinese:\n\n" + korean);
 }
 
 TEST_F(TranslatorTest, BadAnswersGiveAbsentAndNeverReachAnotherText)
 {
-    // Each text gets its own kind of bad answer; the server names the text it answers.
-    libre.server.setHandler([this](const TestServer::Request &request) {
-        if (request.path == "/languages")
-            return TestServer::Response::json(libre.languages);
-        const QString text = QJsonDocument::fromJson(request.body).object().value(u"q").toString();
-        TestServer::Response response;
-        if (text.endsWith(u"html")) {
-            response.body = "<html><body>502 Bad Gateway</body></html>";
-            response.contentType = "text/html";
-        } else if (text.endsWith(u"number")) {
-            response.body = R"({"translatedText": 5})";
-        } else if (text.endsWith(u"truncated")) {
-            response.body = R"({"translatedText": "半)";
-        } else if (text.endsWith(u"array")) {
-            response.body = R"(["译文"])";
-        } else {
-            response.body = QJsonDocument(QJsonObject{{QStringLiteral("translatedText"), QString(QStringLiteral("译:") + text)}}).toJson();
-        }
-        return response;
-    });
-    translator.setLanguages({QStringLiteral("ko-KR")}, QStringLiteral("zh-Hans"));
-    const QString huge = QString(20000, u'한');
-    for (const char *kind : {"html", "number", "good 1", "truncated", "array", "good 2"})
-        translator.translate(korean + u' ' + QString::fromLatin1(kind), results.add(QString::fromLatin1(kind)));
-    translator.translate(huge, results.add(QStringLiteral("huge")));
-    translator.translate(QString(), results.add(QStringLiteral("empty")));
-    translator.translate(QStringLiteral(" \n\t"), results.add(QStringLiteral("blank")));
-    ASSERT_TRUE(runEventsUntil([&] { return results.arrived.size() == 9; }));
-
-    EXPECT_EQ(results.of(QStringLiteral("empty")), QString());
-    EXPECT_EQ(results.of(QStringLiteral("blank")), QStringLiteral(" \n\t"));
-    for (const char *bad : {"html", "number", "truncated", "array"})
-        EXPECT_EQ(results.of(QString::fromLatin1(bad)), std::nullopt) << bad;
-    EXPECT_EQ(results.of(QStringLiteral("good 1")), QStringLiteral("译:") + korean + QStringLiteral(" good 1"));
-    EXPECT_EQ(results.of(QStringLiteral("good 2")), QStringLiteral("译:") + korean + QStringLiteral(" good 2"));
-    EXPECT_EQ(results.of(QStringLiteral("huge")), QStringLiteral("译:") + huge);
-    EXPECT_EQ(libre.texts().size(), 7);
-    EXPECT_TRUE(libre.texts().contains(huge));
-}
-
-TEST_F(TranslatorTest, AServerAnsweringHtmlCountsAsNoServer)
-{
-    libre.server.setHandler([](const TestServer::Request &) {
-        TestServer::Response response;
-        response.body = "<!DOCTYPE html><title>Welcome to nginx</title>";
-        response.contentType = "text/html";
-        return response;
-    });
-    auto model = std::make_shared<FakeProvider>();
-    model->setHandler([](const FakeProvider::Call &) { return QStringLiteral("模型译文"); });
-    translator.setFallback(model);
-    translator.setLanguages({QStringLiteral("ko-KR")}, QStringLiteral("zh-Hans"));
-    translator.translate(korean, results.add(QStringLiteral("ko")));
-    ASSERT_TRUE(runEventsUntil([&] { return results.arrived.size() == 1 && !notes.isEmpty(); }));
-    EXPECT_EQ(results.of(QStringLiteral("ko")), QStringLiteral("模型译文"));
-    EXPECT_TRUE(notes[0].contains(QStringLiteral("先用快速模型翻译")));
+    // Each text gets its own kind of bad answer, after the word that ends it.
+    const std::map<QString, TestServer::Response> bad = {
+        {u"html"_s, page("<html><body>502 Bad Gateway</body></html>")},
+        {u"number"_s, TestServer::Response::json(R"({"translatedText": 5})")},
+        {u"truncated"_s, TestServer::Response::json(R"({"translatedText": "半)")},
+        {u"array"_s, TestServer::Response::json(R"(["译文"])")}};
+    answer = [bad](const QJsonObject &body) {
+        const QString text = body.value(u"q").toString();
+        const auto found = bad.find(text.section(u' ', -1));
+        return found != bad.end() ? found->second : translated(u"译:" + text);
+    };
+    translator.setLanguages({u"ko-KR"_s}, u"zh-Hans"_s);
+    const QString huge(20'000, u'한');
+    for (const QString &kind : {u"html"_s, u"number"_s, u"good 1"_s, u"truncated"_s, u"array"_s, u"good 2"_s})
+        translator.translate(korean + u' ' + kind, done(kind));
+    translator.translate(huge, done(u"huge"_s));
+    translator.translate(QString(), done(u"empty"_s));
+    translator.translate(u" \n\t"_s, done(u"blank"_s));
+    ASSERT_TRUE(arrive(9));
+    // Blank texts come back at once, as they are; the lane keeps its order.
+    EXPECT_EQ(arrived, (Arrived{{u"empty"_s, QString()}, {u"blank"_s, u" \n\t"_s}, {u"html"_s, std::nullopt},
+                                {u"number"_s, std::nullopt}, {u"good 1"_s, u"译:" + korean + u" good 1"},
+                                {u"truncated"_s, std::nullopt}, {u"array"_s, std::nullopt},
+                                {u"good 2"_s, u"译:" + korean + u" good 2"}, {u"huge"_s, u"译:" + huge}}));
+    EXPECT_EQ(sent(u"q").size(), 7);
 }
 
 TEST_F(TranslatorTest, ADestroyedTranslatorCallsNothing)
 {
-    libre.delay = [] { return 100ms; };
+    delay = [] { return 100ms; };
     {
         Translator doomed;
         doomed.onNote = [this](const QString &note) { notes.append(note); };
-        doomed.setLanguages({QStringLiteral("ko-KR")}, QStringLiteral("zh-Hans"));
-        doomed.translate(korean, results.add(QStringLiteral("ko")));
-        doomed.translate(korean, results.add(QStringLiteral("ko2")));
-        ASSERT_TRUE(runEventsUntil([&] { return !libre.sources().isEmpty(); }));
+        doomed.setLanguages({u"ko-KR"_s}, u"zh-Hans"_s);
+        doomed.translate(korean, done(u"ko"_s));
+        doomed.translate(korean, done(u"ko2"_s));
+        ASSERT_TRUE(runEventsUntil([&] { return !sent(u"source").isEmpty(); }));
     }
     runEventsFor(400ms);
-    EXPECT_TRUE(results.arrived.isEmpty());
+    EXPECT_TRUE(arrived.isEmpty());
 }
 
 } // namespace
