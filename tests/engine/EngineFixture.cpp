@@ -33,7 +33,9 @@ void Recorder::wire(Engine &engine)
     engine.onCaption = [this](const QString &draft) { record([&](Seen &seen) { seen.captions << draft; }); };
     engine.onLine = [this](const QString &line) { record([&](Seen &seen) { seen.lines << line; }); };
     engine.onSummary = [this](const QString &text) { record([&](Seen &seen) { seen.summaries << text; }); };
-    engine.onTerms = [this](const QList<VocabularyTerm> &terms) { record([&](Seen &seen) { seen.terms << terms; }); };
+    engine.onTerms = [this](const QList<VocabularyTerm> &terms) {
+        record([&](Seen &seen) { seen.terms << terms; });
+    };
     engine.onClassEnd = [this] { record([](Seen &seen) { ++seen.classEnds; }); };
     engine.onEvent = [this](const ClassEvent &event) { record([&](Seen &seen) { seen.events << event; }); };
 }

@@ -46,11 +46,12 @@ TEST_F(EngineTest, BadLinesNeitherBreakTheLoopNorAskWhatTheRulesRefuse)
     const QString digits = u"Chapter "_s + QString(10000, u'7');
     const QString letters = QString(10000, u'x');
     pass({u"  \tThe same line.\t "_s, u"The same line."_s, u"!!! ???"_s, u"1234 5678?"_s, u"😀😀😀?"_s,
-          u"#1 What is this?"_s, u"At 10:30 what happens?"_s, u"Hello 世界 مرحبا?"_s, longQuestion, digits, letters});
+          u"#1 What is this?"_s, u"At 10:30 what happens?"_s, u"Hello 世界 مرحبا?"_s, longQuestion, digits,
+          letters});
     // A sound source takes every line with a letter, trimmed, the same line twice too.
     EXPECT_EQ(seen().lines, QStringList({u"The same line."_s, u"The same line."_s, u"#1 What is this?"_s,
-                                         u"At 10:30 what happens?"_s, u"Hello 世界 مرحبا?"_s, longQuestion, digits,
-                                         letters}));
+                                         u"At 10:30 what happens?"_s, u"Hello 世界 مرحبا?"_s, longQuestion,
+                                         digits, letters}));
     EXPECT_EQ(engine->fullTranscript(30), QString(30, u'x'));
     EXPECT_EQ(engine->ratio(u"mixed 한글"_s), 1.0);
     EXPECT_EQ(engine->ratio(u"123"_s), 0.0);

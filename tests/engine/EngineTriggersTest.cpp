@@ -39,6 +39,12 @@ QStringList koreanLines(int from, int count)
     return lines;
 }
 
+// "<tag>", the text and "</tag>" on lines of their own, as prompts quote.
+QString tagged(const QString &tag, const QString &text)
+{
+    return u'<' + tag + u">\n" + text + u"\n</" + tag + u'>';
+}
+
 bool isEventsCall(const FakeProvider::Call &call)
 {
     return call.prompt().contains(u"Sentences that may announce a date"_s);
@@ -122,7 +128,7 @@ TEST_F(EngineTest, DraftQuestionWaitsForTheNextLine)
     pass({u"Hmm."_s});
     ASSERT_TRUE(fake->waitForCalls(1));
     EXPECT_TRUE(fake->calls().first().prompt().contains(
-        u"<sentences>\nDoes anyone know why entropy grows?\n</sentences>"_s));
+        tagged(u"sentences"_s, u"Does anyone know why entropy grows?"_s)));
 }
 
 TEST_F(EngineTest, WhatIsHeardWhileSwitchedOffIsNeverAsked)
@@ -144,7 +150,8 @@ TEST_F(EngineTest, WhatIsHeardWhileSwitchedOffIsNeverAsked)
     pass({u"Does anyone know why entropy grows?"_s});
     pass({u"Go on."_s}, 1s);
     ASSERT_TRUE(fake->waitForCalls(1));
-    EXPECT_TRUE(fake->calls().first().prompt().contains(u"<sentences>\nDoes anyone know why entropy grows?\n"_s));
+    const QString asked = tagged(u"sentences"_s, u"Does anyone know why entropy grows?"_s);
+    EXPECT_TRUE(fake->calls().first().prompt().contains(asked));
 }
 
 TEST_F(EngineTest, CardRepliesSkipBlankAndFailures)
@@ -186,7 +193,9 @@ TEST_F(EngineTest, NoticeAndDatedEvents)
         {"title": "Quiz", "date": "2026-03-09", "time": "9:30", "note": null}
     ])"_s;
     // Replies change only while no call runs.
-    fake->setHandler([&](const FakeProvider::Call &call) { return isEventsCall(call) ? eventsReply : noticeReply; });
+    fake->setHandler([&](const FakeProvider::Call &call) {
+        return isEventsCall(call) ? eventsReply : std::optional(noticeReply);
+    });
     // Sent 1.5 s after the notice.
     pass({u"The midterm exam is on April 20th."_s});
     pass({u"Please prepare."_s}, 1s);
@@ -266,32 +275,39 @@ Reply with a JSON array only, [] if none:
     pass({announcements.last()}, 1s);
     ASSERT_TRUE(fake->waitForCalls(4));
     const QString notice = callsContaining(u"keyword"_s).last().prompt();
-    EXPECT_TRUE(notice.contains(u"<sentences>\n"_s + announcements.join(u'\n') + u"\n</sentences>"_s));
+    EXPECT_TRUE(notice.contains(tagged(u"sentences"_s, announcements.join(u'\n'))));
     // The events call sees the last 3000 characters of the context window.
     const QString window = engine->recentTranscript(6000, 40);
-    EXPECT_TRUE(notice.contains(u"<transcript>\n"_s + window + u"\n</transcript>"_s));
-    EXPECT_TRUE(callsContaining(u"announce a date"_s).last().prompt().contains(u"<transcript>\n"_s + window.right(3000)
-                                                                                + u"\n</transcript>"_s));
+    EXPECT_TRUE(notice.contains(tagged(u"transcript"_s, window)));
+    const QString events = callsContaining(u"announce a date"_s).last().prompt();
+    EXPECT_TRUE(events.contains(tagged(u"transcript"_s, window.right(3000))));
 
     // A failure text is a card; an event delivered before isn't delivered again.
     noticeReply = u"（无法连接 Fake）"_s;
-    eventsReply = uR"([{"title": "期中考试", "date": "2026-04-20", "time": "14:00"}, {"title": "Lab report", "date": "2026-03-20"}])"_s;
+    eventsReply = uR"([{"title": "期中考试", "date": "2026-04-20", "time": "14:00"},
+                      {"title": "Lab report", "date": "2026-03-20"}])"_s;
     pass({u"Remember the deadline."_s});
     pass({u"Good."_s}, 2s);
     ASSERT_TRUE(fake->waitForCalls(6));
     settle();
     EXPECT_TRUE(callsContaining(u"keyword"_s).last().prompt().contains(
         u"<already_shown>\n期中考试：4月20日，第一到五章。\n</already_shown>"_s));
-    EXPECT_EQ(seen().events.last(), (ClassEvent{u"Lab report"_s, u"2026-03-20"_s, std::nullopt, std::nullopt}));
+    EXPECT_EQ(seen().events.last(), (ClassEvent{u"Lab report"_s, u"2026-03-20"_s, {}, {}}));
     EXPECT_EQ(seen().results.last().text, noticeReply);
 
     // Replies that aren't the list asked for deliver nothing: one malformed entry spoils the list.
     noticeReply = u"SKIP"_s;
     const QList<std::optional<QString>> unusable{
-        u"No dates were announced."_s, uR"({"title": "Quiz", "date": "2026-03-10"})"_s, uR"(["2026-03-10"])"_s,
-        u"] 2026-03-10 ["_s, std::nullopt, u"（无法连接 Fake）"_s, u"[]"_s,
+        u"No dates were announced."_s,
+        uR"({"title": "Quiz", "date": "2026-03-10"})"_s,
+        uR"(["2026-03-10"])"_s,
+        u"] 2026-03-10 ["_s,
+        std::nullopt,
+        u"（无法连接 Fake）"_s,
+        u"[]"_s,
         uR"([{"title": "Quiz", "date": "2026-03-10"}, {"title": 3, "date": "2026-03-17"}])"_s,
-        uR"([{"title": "Quiz", "date": "2026-03-10", "time": 930}])"_s, uR"([{"title": "Quiz", "date": 20260310}])"_s};
+        uR"([{"title": "Quiz", "date": "2026-03-10", "time": 930}])"_s,
+        uR"([{"title": "Quiz", "date": 20260310}])"_s};
     for (int i = 0; i < int(unusable.size()); ++i) {
         eventsReply = unusable[i];
         pass({u"Homework %1 is due."_s.arg(QChar(u'A' + i))});
@@ -359,7 +375,7 @@ no introduction or closing remarks. If nothing worth noting has been said yet, r
     pass(numbered(u"Further point %1."_s, 1, 8));
     settle();
     ASSERT_EQ(fake->calls().size(), 3);
-    EXPECT_TRUE(fake->calls()[1].prompt().contains(u"<summary>\n"_s + summary + u"\n</summary>"_s));
+    EXPECT_TRUE(fake->calls()[1].prompt().contains(tagged(u"summary"_s, summary)));
     EXPECT_EQ(seen().summaries.size(), 1);
     EXPECT_EQ(engine->currentSummary(), summary);
 
@@ -373,7 +389,7 @@ no introduction or closing remarks. If nothing worth noting has been said yet, r
     pass(numbered(u"After %1."_s, 4, 8));
     ASSERT_TRUE(fake->waitForCalls(4));
     EXPECT_TRUE(fake->calls()[3].prompt().contains(
-        u"<transcript>\n"_s + numbered(u"After %1."_s, 1, 8).join(u'\n') + u"\n</transcript>"_s));
+        tagged(u"transcript"_s, numbered(u"After %1."_s, 1, 8).join(u'\n'))));
     settle();
 
     // Of what is new, the last 8000 characters.
@@ -381,7 +397,7 @@ no introduction or closing remarks. If nothing worth noting has been said yet, r
     longer[0] = QString(9000, u's');
     pass(longer);
     ASSERT_TRUE(fake->waitForCalls(5));
-    EXPECT_TRUE(fake->calls()[4].prompt().contains(u"<transcript>\n"_s + longer.join(u'\n').right(8000) + u"\n</transcript>"_s));
+    EXPECT_TRUE(fake->calls()[4].prompt().contains(tagged(u"transcript"_s, longer.join(u'\n').right(8000))));
 }
 
 TEST_F(EngineTest, SummaryAndVocabularyKeepTheirPaceAndOneCallEach)
@@ -411,7 +427,7 @@ TEST_F(EngineTest, SummaryAndVocabularyKeepTheirPaceAndOneCallEach)
     pass({}, 30s);
     settle();
     EXPECT_EQ(vocabularyCalls(), 1);
-    EXPECT_TRUE(fake->calls().last().prompt().contains(u"<transcript>\n"_s + screen.join(u'\n') + u"\n</transcript>"_s));
+    EXPECT_TRUE(fake->calls().last().prompt().contains(tagged(u"transcript"_s, screen.join(u'\n'))));
 
     // While a call of each runs, no second one starts.
     fake->hold();
@@ -503,7 +519,7 @@ translation>", "note": "<one short Simplified Chinese line: what it means in thi
     EXPECT_TRUE(prompt.contains(u", T150\n"_s));
     EXPECT_FALSE(prompt.contains(u"T0,"_s));
     // Of what is new, the last 6000 characters.
-    EXPECT_TRUE(prompt.contains(u"<transcript>\n"_s + last.join(u'\n').right(6000) + u"\n</transcript>"_s));
+    EXPECT_TRUE(prompt.contains(tagged(u"transcript"_s, last.join(u'\n').right(6000))));
 }
 
 TEST_F(EngineTest, CallbacksNobodySetDoNothing)
@@ -563,8 +579,8 @@ TEST_F(EngineTest, ContextWindowIsTheLastFortyLinesWithinTheMainProvidersBudget)
         pass(all.mid(0, 45));
         pass({all.last()}, 1s);
         ASSERT_TRUE(fake->waitForCalls(int(i) + 1));
-        EXPECT_TRUE(fake->calls()[i].prompt().startsWith(u"Recent transcript (oldest first):\n<transcript>\n"_s
-                                                         + lastForty.right(budget) + u"\n</transcript>"_s));
+        EXPECT_TRUE(fake->calls()[i].prompt().startsWith(u"Recent transcript (oldest first):\n"_s
+                                                         + tagged(u"transcript"_s, lastForty.right(budget))));
     }
 }
 

@@ -14,7 +14,8 @@ TEST(LineDetectors, PatternsMatchAsWrittenAndTheFastTestsAgree)
     const QList<std::tuple<const Text::Regex &(*)(), QStringList, QStringList>> cases{
         // A clock time makes debris of a sentence whatever else it says; "1:30" is no clock time.
         {garbage,
-         {u"The lecture starts at 12:30 sharp"_s, u"a # b"_s, u"a * b"_s, u"※"_s, u"‡"_s, u"a|b"_s, u">"_s, u"☆"_s, u"¥5"_s},
+         {u"The lecture starts at 12:30 sharp"_s, u"a # b"_s, u"a * b"_s, u"※"_s, u"‡"_s, u"a|b"_s, u">"_s,
+          u"☆"_s, u"¥5"_s},
          {u"The lecture starts at 1:30 sharp"_s, u"A plain sentence, with commas; and dashes - fine."_s}},
         // A tag question needs the mark at the very end; blanks before it and any case are fine.
         {rhetorical,
@@ -37,10 +38,10 @@ TEST(LineDetectors, PatternsMatchAsWrittenAndTheFastTestsAgree)
     // The notice test cuts long digit runs, and the three try one alternative at a time: they
     // must answer as the whole patterns do.
     QStringList corpus{
-        u"Anyone?"_s, u"Do you see it"_s, u"Whom shall we ask"_s, u"any one here"_s, u"설명해 볼 사람?"_s, u"今天讲什么"_s,
-        u"The midterm exam is on Oct. 12th."_s, u"This week is busy"_s, u"제출 마감은 다음주"_s, u"Check e-Class and the lms"_s,
-        u"ﬁnal exam"_s, u"FINAL EXAM"_s, u"PRÜFUNG"_s, u"May 5"_s, u"may be 5"_s, u"March 1234"_s, u"Mar 12th"_s,
-        u"Mar 12thx"_s, u""_s, u"😀 emoji only"_s, QString(3000, u'가') + u"까요"_s, u"제출은 12345월 3일"_s,
+        u"Anyone?"_s, u"Do you see it"_s, u"Whom shall we ask"_s, u"any one here"_s, u"설명해 볼 사람?"_s,
+        u"今天讲什么"_s, u"The midterm exam is on Oct. 12th."_s, u"This week is busy"_s, u"제출 마감은 다음주"_s,
+        u"Check e-Class and the lms"_s, u"ﬁnal exam"_s, u"FINAL EXAM"_s, u"PRÜFUNG"_s, u"May 5"_s, u"may be 5"_s,
+        u"March 1234"_s, u"Mar 12th"_s, u"Mar 12thx"_s, u""_s, u"😀 emoji only"_s, QString(3000, u'가') + u"까요"_s, u"제출은 12345월 3일"_s,
         u"报告 2026 年 10 月 1234567 日"_s, u"Sept 12345"_s, u"sep 1234th"_s, u"Due Oct. 3rd"_s, u"Room 123456"_s,
         u"Version 𝟏𝟐𝟑𝟒𝟓月𝟗日"_s, u"OK, SEE YOU ON Monday"_s, u"Thats it for today"_s, u"class is over"_s,
         u"We'll stop here"_s, u"下次课见"_s, u"오늘 수업은 여기서"_s, u"다음주에 봐요"_s, u"see you"_s, u"classes over"_s};
