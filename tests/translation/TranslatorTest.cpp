@@ -28,11 +28,6 @@ const QString chinese = u"今天我们来讨论经济学的基本概念和一些
 
 using Arrived = QList<std::pair<QString, std::optional<QString>>>;
 
-QJsonObject bodyOf(const TestServer::Request &request)
-{
-    return QJsonDocument::fromJson(request.body).object();
-}
-
 TestServer::Response translated(const QString &text)
 {
     return TestServer::Response::json(QJsonDocument(QJsonObject{{u"translatedText"_s, text}}).toJson());
@@ -55,7 +50,8 @@ protected:
     {
         QSettings().setValue(u"translate.url"_s, server.url());
         server.setHandler([this](const TestServer::Request &request) {
-            return request.path == "/languages" ? TestServer::Response::json(languages) : answer(bodyOf(request));
+            return request.path == "/languages" ? TestServer::Response::json(languages)
+                                                : answer(QJsonDocument::fromJson(request.body).object());
         });
         translator.onNote = [this](const QString &note) { notes.append(note); };
     }
@@ -79,7 +75,7 @@ protected:
         QStringList values;
         for (const TestServer::Request &request : server.requests()) {
             if (request.path == "/translate")
-                values.append(bodyOf(request).value(member).toString());
+                values.append(QJsonDocument::fromJson(request.body).object().value(member).toString());
         }
         return values;
     }
@@ -123,8 +119,7 @@ protected:
 TEST_F(TranslatorTest, CodesOfLocales)
 {
     for (const auto &[id, code] : {std::pair{u"ko-KR", u"ko"}, {u"en-GB", u"en"}, {u"ja_JP", u"ja"}, {u"zh", u"zh-Hans"},
-                                   {u"zh-Hans", u"zh-Hans"}, {u"zh-Hant", u"zh-Hans"}, {u"zh-CN", u"zh-Hans"},
-                                   {u"zh_TW", u"zh-Hans"}, {u"", u""}, {u"123", u"123"}})
+                                   {u"zh-Hant", u"zh-Hans"}, {u"zh_TW", u"zh-Hans"}, {u"", u""}, {u"123", u"123"}})
         EXPECT_EQ(Translator::code(QStringView(id).toString()), QStringView(code)) << QStringView(id);
     EXPECT_EQ(Translator::language(u"ko"_s)->label, u"韩语"_s);
     EXPECT_FALSE(Translator::language(u"sv"_s));
@@ -157,8 +152,7 @@ TEST_F(TranslatorTest, EachLanguageHasALaneThatKeepsItsOrderBesideTheOthers)
     translator.translate(u"2024 3.14 42"_s, done(u"digits"_s));
     ASSERT_TRUE(arrive(2));
     EXPECT_EQ(arrived, (Arrived{{u"zh"_s, chinese}, {u"digits"_s, u"zh-Hans:2024 3.14 42"_s}}));
-    EXPECT_EQ(sent(u"source").size(), 41);
-    EXPECT_EQ(sent(u"source").last(), u"ko"_s);
+    EXPECT_EQ(sent(u"source").mid(40), QStringList({u"ko"_s}));
     EXPECT_EQ(notes, QStringList()) << "every pair is installed";
 }
 
@@ -180,21 +174,26 @@ TEST_F(TranslatorTest, WithoutALaneTextsComeBackAtOnce)
     EXPECT_EQ(notes, QStringList());
 }
 
-TEST_F(TranslatorTest, NewLanguagesReplaceTheLanesAndDropTheirLateAnswers)
+TEST_F(TranslatorTest, ReplacedOrDestroyedLanesDropTheirLateAnswers)
 {
     delay = [] { return 150ms; };
     translator.setLanguages({u"ko-KR"_s}, u"zh-Hans"_s);
     translator.translate(korean, done(u"old"_s));
-    ASSERT_TRUE(runEventsUntil([&] { return !sent(u"source").isEmpty(); }));
-
+    {
+        Translator doomed;
+        doomed.setLanguages({u"ko-KR"_s}, u"zh-Hans"_s);
+        doomed.translate(korean, done(u"doomed"_s));
+        doomed.translate(korean, done(u"doomed, waiting"_s));
+        ASSERT_TRUE(runEventsUntil([&] { return sent(u"source").size() == 2; }));
+    }
     delay = [] { return 0ms; };
     translator.setLanguages({u"en-US"_s}, u"zh-Hans"_s);
     translator.translate(korean, done(u"new"_s));
     ASSERT_TRUE(arrive(1));
-    runEventsFor(300ms);
+    runEventsFor(400ms);
     // The Korean text now goes to the only lane there is, English's; the old lane's answer is dropped.
     EXPECT_EQ(arrived, (Arrived{{u"new"_s, u"zh-Hans:" + korean}}));
-    EXPECT_EQ(sent(u"source"), QStringList({u"ko"_s, u"en"_s}));
+    EXPECT_EQ(sent(u"source"), QStringList({u"ko"_s, u"ko"_s, u"en"_s}));
 }
 
 TEST_F(TranslatorTest, MissingPairIsNotedAndItsTextsComeBackAbsent)
@@ -290,21 +289,6 @@ TEST_F(TranslatorTest, BadAnswersGiveAbsentAndNeverReachAnotherText)
                                 {u"truncated"_s, std::nullopt}, {u"array"_s, std::nullopt},
                                 {u"good 2"_s, u"译:" + korean + u" good 2"}, {u"huge"_s, u"译:" + huge}}));
     EXPECT_EQ(sent(u"q").size(), 7);
-}
-
-TEST_F(TranslatorTest, ADestroyedTranslatorCallsNothing)
-{
-    delay = [] { return 100ms; };
-    {
-        Translator doomed;
-        doomed.onNote = [this](const QString &note) { notes.append(note); };
-        doomed.setLanguages({u"ko-KR"_s}, u"zh-Hans"_s);
-        doomed.translate(korean, done(u"ko"_s));
-        doomed.translate(korean, done(u"ko2"_s));
-        ASSERT_TRUE(runEventsUntil([&] { return !sent(u"source").isEmpty(); }));
-    }
-    runEventsFor(400ms);
-    EXPECT_TRUE(arrived.isEmpty());
 }
 
 } // namespace
