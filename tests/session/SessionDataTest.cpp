@@ -69,7 +69,8 @@ TEST(SessionData, OptionalKeysAbsentOrNullStayOut)
 
     // Records from before a key existed load, and are saved again without it.
     const QJsonObject full = objectOf(fullRecord().toJson());
-    for (const QStringView key : {u"category", u"audioRemoved", u"deletedAt", u"refined", u"summary", u"vocabulary"}) {
+    for (const QStringView key :
+         {u"category", u"audioRemoved", u"deletedAt", u"refined", u"summary", u"vocabulary"}) {
         for (const QJsonValue &absent : {QJsonValue(QJsonValue::Undefined), QJsonValue(QJsonValue::Null)}) {
             const auto data = SessionData::fromJson(withMember(key, absent));
             ASSERT_TRUE(data) << key;

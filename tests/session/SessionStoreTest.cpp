@@ -149,7 +149,9 @@ TEST_F(SessionStoreTest, PurgeFollowsTheClockAndSparesFoldersWithoutRecord)
     clock_.advance(24h);
     const auto late = SessionStore::moveToDeleted(makeClass(u"late"_s, 3));
     ASSERT_TRUE(early && late);
-    const auto daysLeft = [](const QString &folder) { return SessionStore::daysLeft(*SessionStore::load(folder)); };
+    const auto daysLeft = [](const QString &folder) {
+        return SessionStore::daysLeft(SessionStore::load(folder).value());
+    };
     EXPECT_EQ(daysLeft(*late), 15);
     EXPECT_EQ(daysLeft(*early), 14);
 

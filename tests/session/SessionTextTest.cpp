@@ -57,7 +57,8 @@ TEST_F(SessionTextTest, MarkdownFiles)
                           u"### [00:10] any kind\n\nkept as it is\n\n"_s;
     data.summary = u"Eigenvectors and the kernel."_s;
     EXPECT_EQ(SessionText::notesMarkdown(data), heading + summary);
-    data.notes = {{3725, u"考试重点"_s, u"Proofs of chapter 5 are examinable."_s}, {10, u"any kind"_s, u"kept as it is"_s}};
+    data.notes = {{3725, u"考试重点"_s, u"Proofs of chapter 5 are examinable."_s},
+                  {10, u"any kind"_s, u"kept as it is"_s}};
     EXPECT_EQ(SessionText::notesMarkdown(data), heading + summary + notes);
     data.summary.reset();
     EXPECT_EQ(SessionText::notesMarkdown(data), heading + notes);
