@@ -93,9 +93,9 @@ protected:
         return runEventsUntil([&] { return arrived.size() >= count; });
     }
 
-    QByteArray languages = R"JSON([{"code": "en", "name": "English", "targets": ["en", "ko", "zh-Hans", "ja"]},
-                                   {"code": "ko", "name": "Korean", "targets": ["en", "ko", "zh-Hans"]},
-                                   {"code": "zh-Hans", "name": "Chinese", "targets": ["en", "ko", "zh-Hans"]}])JSON";
+    QByteArray languages = R"JSON([{"code": "en", "targets": ["en", "ko", "zh-Hans", "ja"]},
+                                   {"code": "ko", "targets": ["en", "ko", "zh-Hans"]},
+                                   {"code": "zh-Hans", "targets": ["en", "ko", "zh-Hans"]}])JSON";
     std::function<std::chrono::milliseconds()> delay = [] { return 0ms; };
     // By default "<target>:<text>" after the delay, counting the requests of each source (and of all,
     // under "") that run at once.
@@ -118,8 +118,9 @@ protected:
 
 TEST_F(TranslatorTest, CodesOfLocales)
 {
-    for (const auto &[id, code] : {std::pair{u"ko-KR", u"ko"}, {u"en-GB", u"en"}, {u"ja_JP", u"ja"}, {u"zh", u"zh-Hans"},
-                                   {u"zh-Hant", u"zh-Hans"}, {u"zh_TW", u"zh-Hans"}, {u"", u""}, {u"123", u"123"}})
+    for (const auto &[id, code] : {std::pair{u"ko-KR", u"ko"}, {u"en-GB", u"en"}, {u"ja_JP", u"ja"},
+                                   {u"zh", u"zh-Hans"}, {u"zh-Hant", u"zh-Hans"}, {u"zh_TW", u"zh-Hans"},
+                                   {u"", u""}, {u"123", u"123"}})
         EXPECT_EQ(Translator::code(QStringView(id).toString()), QStringView(code)) << QStringView(id);
     EXPECT_EQ(Translator::language(u"ko"_s)->label, u"韩语"_s);
     EXPECT_FALSE(Translator::language(u"sv"_s));
@@ -245,7 +246,7 @@ TEST_F(TranslatorTest, WithoutAServerTheFastModelTranslatesOrTheNoteSaysHowToSet
         return call.prompt().contains(u"잘못") ? u"（连不上 Fake，检查网络）"_s : u"  模型译文\n"_s;
     });
     translator.setFallback(model);
-    server.setHandler([](const TestServer::Request &) { return page("<!DOCTYPE html><title>Welcome to nginx</title>"); });
+    server.setHandler([](const TestServer::Request &) { return page("<!DOCTYPE html><title>nginx</title>"); });
     // Nothing listening, then a web server that is no translation server.
     for (const QString &address : {dead, server.url()}) {
         QSettings().setValue(u"translate.url"_s, address);
