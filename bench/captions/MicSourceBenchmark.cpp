@@ -35,10 +35,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Seconds = std::chrono::duration<double>;
 
-const QStringList lecture{QStringLiteral("Please read chapter seven before the exam."),
-                          QStringLiteral("Photosynthesis turns light into chemical energy."),
-                          QStringLiteral("The exam will cover chapters three to five.")};
-
 struct Lecture
 {
     QTemporaryDir folder;
@@ -50,7 +46,7 @@ const Lecture &spoken()
 {
     static Lecture *made = [] {
         auto *lecture = new Lecture;
-        const auto speech = SpeechAudio::make(lecture->folder.path(), {::lecture});
+        const auto speech = SpeechAudio::make(lecture->folder.path(), {SpeechAudio::lecture()});
         if (!speech)
             return lecture;
         lecture->speech = *speech;

@@ -98,7 +98,7 @@ TEST(VirtualMicrophoneTest, TheDefaultInputDeviceIsRecognisedThroughTheHub)
     if (const auto reason = microphone.ready())
         GTEST_SKIP() << reason->toStdString();
     qputenv("PULSE_SERVER", microphone.server().toLocal8Bit());
-    const auto speech = SpeechAudio::make(folder.path(), {{QStringLiteral("Photosynthesis turns light into chemical energy.")}});
+    const auto speech = SpeechAudio::make(folder.path(), {{SpeechAudio::lecture()[1]}});
     ASSERT_TRUE(speech);
 
     MicHub hub(std::make_unique<QtAudioInput>());

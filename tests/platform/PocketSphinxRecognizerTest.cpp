@@ -68,9 +68,7 @@ QString modelsFolder()
 TEST(PocketSphinxRecognizerTest, GivesVolatileWordsThenAFinalSentencePerUtterance)
 {
     QTemporaryDir folder;
-    const auto speech = SpeechAudio::make(folder.path(), {{QStringLiteral("Please read chapter seven before the exam."),
-                                                           QStringLiteral("Photosynthesis turns light into chemical energy."),
-                                                           QStringLiteral("The exam will cover chapters three to five.")}});
+    const auto speech = SpeechAudio::make(folder.path(), {SpeechAudio::lecture()});
     ASSERT_TRUE(speech);
     const auto recognizer = english();
     ASSERT_TRUE(recognizer);

@@ -46,6 +46,13 @@ QString quiet(const QString &folder, const QString &name, double seconds)
 
 } // namespace
 
+QStringList SpeechAudio::lecture()
+{
+    return {QStringLiteral("Please read chapter seven before the exam."),
+            QStringLiteral("Photosynthesis turns light into chemical energy."),
+            QStringLiteral("The exam will cover chapters three to five.")};
+}
+
 std::optional<SpeechAudio> SpeechAudio::make(const QString &folder, const Script &script)
 {
     const QString lead = quiet(folder, QStringLiteral("lead.wav"), script.leadSeconds);

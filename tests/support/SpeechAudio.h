@@ -23,6 +23,8 @@ struct SpeechAudio
     QList<double> sentenceEnds;   // seconds into the file at which each sentence's sound ends
     double seconds = 0;
 
+    // Three sentences of a lecture, one of them "Photosynthesis turns light into chemical energy.".
+    static QStringList lecture();
     // Made in `folder`; none when flite or sox fails.
     static std::optional<SpeechAudio> make(const QString &folder, const Script &script);
 };
