@@ -98,5 +98,6 @@ TEST_F(AudioRecorderTest, AClassKilledMidwayLeavesPlayableAudioAndAValidRecord)
     EXPECT_EQ(data.title, u"Killed mid-class"_s);
     ASSERT_GE(data.lines.size(), 20);
     EXPECT_EQ(data.lines[19].translation, u"第 19 行"_s);
-    EXPECT_TRUE(isMonoAac(folder + u"/录音.m4a", 48'000, 6.5, 3.5));   // 3 to 10 seconds
+    // The child speaks once about three seconds are on disk; a loaded machine may kill it there.
+    EXPECT_TRUE(isMonoAac(folder + u"/录音.m4a", 48'000, 5.0, 2.5));   // 2.5 to 7.5 seconds
 }
