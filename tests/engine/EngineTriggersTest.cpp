@@ -274,6 +274,7 @@ Reply with a JSON array only, [] if none:
     EXPECT_EQ(fake->calls().size(), 2);
     pass({announcements.last()}, 1s);
     ASSERT_TRUE(fake->waitForCalls(4));
+    settle();  // the replies change below; these calls must have taken theirs
     const QString notice = callsContaining(u"keyword"_s).last().prompt();
     EXPECT_TRUE(notice.contains(tagged(u"sentences"_s, announcements.join(u'\n'))));
     // The events call sees the last 3000 characters of the context window.
