@@ -3,7 +3,6 @@
 #include "EventLoop.h"
 #include "FakeProvider.h"
 #include "QtPrinters.h"
-#include "engine/Prompts.h"
 #include "platform/Log.h"
 
 #include <QCoreApplication>
@@ -16,47 +15,32 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-struct Delivered
-{
-    int id = 0;
-    QString text;
-    QString translation;
-    bool onMainThread = false;
-};
-
-// The sentences of one correction prompt, as the array it carries.
+// The sentences of one correction prompt: the JSON array on the line after its heading.
 QStringList linesOf(const QString &prompt)
 {
-    const QString marker = QStringLiteral("New sentences, as a JSON array:\n");
-    const qsizetype start = prompt.indexOf(marker) + marker.size();
-    const QString line = prompt.mid(start, prompt.indexOf(u'\n', start) - start);
-    QStringList lines;
-    for (const QJsonValue &value : QJsonDocument::fromJson(line.toUtf8()).array())
-        lines.append(value.toString());
-    return lines;
+    const QString heading = u"New sentences, as a JSON array:\n"_s;
+    const qsizetype start = prompt.indexOf(heading) + heading.size();
+    const QByteArray line = prompt.mid(start, prompt.indexOf(u'\n', start) - start).toUtf8();
+    return QVariant(QJsonDocument::fromJson(line).array().toVariantList()).toStringList();
 }
 
 QString contextOf(const QString &prompt)
 {
-    const QString open = QStringLiteral("<context>\n");
+    const QString open = u"<context>\n"_s;
     const qsizetype start = prompt.indexOf(open) + open.size();
-    return prompt.mid(start, prompt.indexOf(QStringLiteral("\n</context>"), start) - start);
+    return prompt.mid(start, prompt.indexOf(u"\n</context>"_s, start) - start);
 }
 
 QString fixesJson(const QList<std::pair<QString, QString>> &fixes)
 {
     QJsonArray array;
     for (const auto &[text, translation] : fixes)
-        array.append(QJsonObject{{QStringLiteral("text"), text}, {QStringLiteral("translation"), translation}});
+        array << QJsonObject{{u"text"_s, text}, {u"translation"_s, translation}};
     return QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact));
-}
-
-QString logText()
-{
-    QFile file(Log::path());
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
 class CorrectorTest : public ::testing::Test
@@ -65,10 +49,17 @@ protected:
     void SetUp() override
     {
         QFile::remove(Log::path());
-        corrector = Corrector::make(provider, QStringLiteral("Korean"), QStringLiteral("Simplified Chinese"));
         corrector->onFix = [this](int id, const QString &text, const QString &translation) {
-            fixes.append({id, text, translation, QThread::currentThread() == QCoreApplication::instance()->thread()});
+            EXPECT_EQ(QThread::currentThread(), QCoreApplication::instance()->thread());
+            fixes << u"%1 %2 | %3"_s.arg(id).arg(text, translation);
         };
+        // Calls no queued reply answers: each sentence gets its scripted fix, or itself with "译".
+        provider->setHandler([this](const FakeProvider::Call &call) -> std::optional<QString> {
+            QList<std::pair<QString, QString>> entries;
+            for (const QString &line : linesOf(call.prompt()))
+                entries << script.value(line, {line, u"译"_s});
+            return fixesJson(entries);
+        });
     }
 
     // A call still in flight outlives the test: its reply must not reach this fixture.
@@ -79,23 +70,11 @@ protected:
         provider->release();
     }
 
-    // Answers every call from the script: each sentence of the batch gets its scripted fix, or
-    // itself with the translation "译".
-    void answerFromScript()
-    {
-        provider->setHandler([this](const FakeProvider::Call &call) -> std::optional<QString> {
-            QList<std::pair<QString, QString>> entries;
-            for (const QString &line : linesOf(call.prompt()))
-                entries.append(script.value(line, {line, QStringLiteral("译")}));
-            return fixesJson(entries);
-        });
-    }
-
     // Adds a last row whose fix always passes and waits for it: every row before it is done.
     void finish()
     {
-        corrector->add(999, QStringLiteral("sentinel row"));
-        ASSERT_TRUE(runEventsUntil([this] { return !fixes.isEmpty() && fixes.last().id == 999; }));
+        corrector->add(999, u"sentinel row"_s);
+        ASSERT_TRUE(runEventsUntil([this] { return !fixes.isEmpty() && fixes.last().startsWith(u"999 "_s); }));
         fixes.removeLast();
     }
 
@@ -103,8 +82,8 @@ protected:
     QString nextContext()
     {
         const qsizetype before = provider->calls().size();
-        corrector->add(1000, QStringLiteral("probe"));
-        EXPECT_TRUE(runEventsUntil([&] { return provider->calls().size() > before; }));
+        corrector->add(1000, u"probe"_s);
+        EXPECT_TRUE(waitForCalls(before + 1));
         return contextOf(provider->calls().last().prompt());
     }
 
@@ -113,215 +92,162 @@ protected:
         return runEventsUntil([&] { return provider->calls().size() >= count; });
     }
 
-    QList<int> fixedIds() const
+    static QString logText()
     {
-        QList<int> ids;
-        for (const Delivered &fix : fixes)
-            ids.append(fix.id);
-        return ids;
+        QFile file(Log::path());
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
     }
 
     std::shared_ptr<FakeProvider> provider = std::make_shared<FakeProvider>();
-    std::shared_ptr<Corrector> corrector;
+    std::shared_ptr<Corrector> corrector = Corrector::make(provider, u"Korean"_s, u"Simplified Chinese"_s);
     QHash<QString, std::pair<QString, QString>> script;
-    QList<Delivered> fixes;
+    QStringList fixes;  // "id text | translation"
 };
 
-TEST_F(CorrectorTest, AcceptsAFixOnlyCloseToTheRow)
+TEST_F(CorrectorTest, AFixIsBelievedOnlyCloseToTheRowAndDeliveredWithItsTranslation)
 {
-    answerFromScript();
-    // (row, fix, accepted): the fix must have more than 0.6 and less than 1.6 times the row's
-    // characters, and at least half of its non-blank characters must come from the row, each
+    // (row, fix, translation, believed): the fix must have more than 0.6 and less than 1.6 times the
+    // row's characters, and at least half of its non-blank characters must come from the row, each
     // character of the row counted once.
-    const QList<std::tuple<QString, QString, bool>> cases{
-        {QStringLiteral("abcdefghi1"), QStringLiteral("abcdef"), false},
-        {QStringLiteral("abcdefghi2"), QStringLiteral("abcdefg"), true},
-        {QStringLiteral("abcdefghi3"), QStringLiteral("abcdefghi3abcdef"), false},
-        {QStringLiteral("abcdefghi4"), QStringLiteral("abcdefghi4abcde"), true},
+    const QList<std::tuple<QString, QString, QString, bool>> cases{
+        {u"abcdefghi1"_s, u"abcdef"_s, u"翻译"_s, false},
+        {u"abcdefghi2"_s, u"abcdefg"_s, u"翻译"_s, true},
+        {u"abcdefghi3"_s, u"abcdefghi3abcdef"_s, u"翻译"_s, false},
+        {u"abcdefghi4"_s, u"abcdefghi4abcde"_s, u"翻译"_s, true},
         // An empty row: the ratio divides by one, then no character of the fix is a hit.
-        {QString(), QStringLiteral("x"), false},
-        {QStringLiteral("그 사람은 학교에 갔다"), QStringLiteral("학교 학교 학교 학교 학교"), false},
+        {QString(), u"x"_s, u"翻译"_s, false},
+        {u"그 사람은 학교에 갔다"_s, u"학교 학교 학교 학교 학교"_s, u"翻译"_s, false},
         // Spaces count in the length (15 of 10, then 17 of 10) but not in the hits.
-        {QStringLiteral("abcdefghij"), QStringLiteral("a b c d e f g h"), true},
-        {QStringLiteral("abcdefghik"), QStringLiteral("a b c d e f g h i"), false},
-        {QStringLiteral("abcd"), QStringLiteral("abxy"), true},
+        {u"abcdefghij"_s, u"a b c d e f g h"_s, u"翻译"_s, true},
+        {u"abcdefghik"_s, u"a b c d e f g h i"_s, u"翻译"_s, false},
+        {u"abcd"_s, u"abxy"_s, u"翻译"_s, true},
         // Characters are graphemes: a decomposed é in the fix is not the e of the row.
-        {QStringLiteral("eeee"), QString::fromUtf16(u"e\u0301e\u0301e\u0301e"), false},
+        {u"eeee"_s, u"e\u0301e\u0301e\u0301e"_s, u"翻译"_s, false},
+        // Believed without a translation, a fix isn't delivered; an unchanged row is.
+        {u"번역 없음"_s, u"번역 없음!"_s, QString(), true},
+        {u"그대로"_s, u"그대로"_s, u"照旧"_s, true},
+        // Odd texts reach the model intact.
+        {QString(10000, u'가'), QString(10000, u'가'), u"译"_s, true},
+        {u"He said \"hi\" \\ and\nleft"_s, u"He said \"hi\" \\ and\nleft"_s, u"译"_s, true},
     };
-    QList<int> accepted;
-    for (qsizetype i = 0; i < cases.size(); ++i) {
-        const auto &[row, fix, good] = cases[i];
-        script[row] = {fix, QStringLiteral("翻译")};
-        corrector->add(int(i), row);
-        if (good)
-            accepted.append(int(i));
+    QStringList rows;
+    QStringList kept;
+    QStringList delivered;
+    for (int i = 0; i < int(cases.size()); ++i) {
+        const auto &[row, fix, translation, believed] = cases[i];
+        script[row] = {fix, translation};
+        corrector->add(i, row);
+        rows << row;
+        kept << (believed ? fix : row);
+        if (believed && !translation.isEmpty())
+            delivered << u"%1 %2 | %3"_s.arg(i).arg(fix, translation);
     }
     finish();
-    EXPECT_EQ(fixedIds(), accepted);
-    EXPECT_EQ(fixes[0].text, QStringLiteral("abcdefg"));
-    EXPECT_EQ(fixes[0].translation, QStringLiteral("翻译"));
-    EXPECT_TRUE(fixes[0].onMainThread);
-}
-
-TEST_F(CorrectorTest, RefusedFixKeepsTheRowAndDropsItsTranslation)
-{
-    answerFromScript();
-    script[QStringLiteral("배만 원이 들었다")] = {QStringLiteral("백만 원이 들었다"), QStringLiteral("花了一百万韩元")};
-    script[QStringLiteral("짧은 문장")] = {QStringLiteral("완전히 다른 아주 긴 문장입니다 정말로"), QStringLiteral("错")};
-    script[QStringLiteral("번역 없음")] = {QStringLiteral("번역 없음!"), QString()};
-    script[QStringLiteral("그대로")] = {QStringLiteral("그대로"), QStringLiteral("照旧")};
-    corrector->add(1, QStringLiteral("배만 원이 들었다"));
-    corrector->add(2, QStringLiteral("짧은 문장"));
-    corrector->add(3, QStringLiteral("번역 없음"));
-    corrector->add(4, QStringLiteral("그대로"));
-    finish();
-
-    ASSERT_EQ(fixedIds(), (QList<int>{1, 4}));
-    EXPECT_EQ(fixes[0].text, QStringLiteral("백만 원이 들었다"));
-    EXPECT_EQ(fixes[1].translation, QStringLiteral("照旧"));
-
-    // What was believed goes into the context of the next call: the fix, the original of a
-    // refused fix, and an accepted fix even without a translation.
-    EXPECT_EQ(nextContext(), QStringLiteral("백만 원이 들었다\n짧은 문장\n번역 없음!\n그대로\nsentinel row"));
+    EXPECT_EQ(fixes, delivered);
+    QStringList sent;
+    for (const FakeProvider::Call &call : provider->calls())
+        sent << linesOf(call.prompt());
+    EXPECT_EQ(sent, rows << u"sentinel row"_s);
+    // What was believed, else the row as heard, is context; the prompt carries the last twelve.
+    kept << u"sentinel row"_s;
+    EXPECT_EQ(nextContext(), kept.mid(kept.size() - 12).join(u'\n'));
     const QString log = logText();
-    EXPECT_TRUE(log.contains(QStringLiteral(" AI 纠错: 배만 원이 들었다 → 백만 원이 들었다\n")));
-    EXPECT_TRUE(log.contains(QStringLiteral(" AI 纠错: 번역 없음 → 번역 없음!\n")));
-    EXPECT_FALSE(log.contains(QStringLiteral("짧은 문장 →")));
-    EXPECT_FALSE(log.contains(QStringLiteral("그대로 →")));
+    for (const auto &[row, fix, translation, believed] : cases) {
+        const bool changed = believed && fix != row;
+        EXPECT_EQ(log.contains(u" AI 纠错: "_s + row + u" → "_s + fix + u'\n'), changed) << row.toStdString();
+    }
 }
 
-TEST_F(CorrectorTest, RowsAddedDuringACallLeaveAsOneBatch)
+TEST_F(CorrectorTest, RowsAddedDuringACallLeaveAsOneBatchWithTheFullPrompt)
 {
-    answerFromScript();
     provider->hold();
-    corrector->add(1, QStringLiteral("첫 문장"));
+    corrector->add(1, u"첫 문장"_s);
     ASSERT_TRUE(provider->waitForCalls(1));
-    corrector->add(2, QStringLiteral("둘째"));
-    corrector->add(3, QStringLiteral("셋째"));
-    corrector->add(4, QStringLiteral("넷째"));
+    corrector->add(2, u"둘째"_s);
+    corrector->add(3, u"셋째"_s);
+    corrector->add(4, u"넷째"_s);
     QCoreApplication::processEvents();
     EXPECT_EQ(provider->calls().size(), 1);
     provider->release();
     ASSERT_TRUE(runEventsUntil([this] { return fixes.size() == 4; }));
-
+    EXPECT_EQ(fixes, QStringList({u"1 첫 문장 | 译"_s, u"2 둘째 | 译"_s, u"3 셋째 | 译"_s, u"4 넷째 | 译"_s}));
     const QList<FakeProvider::Call> calls = provider->calls();
     ASSERT_EQ(calls.size(), 2);
-    EXPECT_EQ(linesOf(calls[0].prompt()), QStringList{QStringLiteral("첫 문장")});
-    EXPECT_EQ(linesOf(calls[1].prompt()),
-              (QStringList{QStringLiteral("둘째"), QStringLiteral("셋째"), QStringLiteral("넷째")}));
-    EXPECT_EQ(fixedIds(), (QList<int>{1, 2, 3, 4}));
-    for (const FakeProvider::Call &call : calls) {
-        EXPECT_EQ(call.system, Prompts::correctSystem());
-        ASSERT_EQ(call.turns.size(), 1);
-        EXPECT_EQ(call.turns[0].role, QStringLiteral("user"));
-        EXPECT_TRUE(call.turns[0].attachments.isEmpty());
-        EXPECT_TRUE(call.prompt().contains(QStringLiteral("lecture in Korean")));
-        EXPECT_TRUE(call.prompt().contains(QStringLiteral("Simplified Chinese")));
-        for (const char *placeholder : {"{lecture_language}", "{answer_language}", "{context}", "{lines}"})
-            EXPECT_FALSE(call.prompt().contains(QString::fromLatin1(placeholder))) << placeholder;
-    }
+    EXPECT_EQ(linesOf(calls[0].prompt()), QStringList{u"첫 문장"_s});
     EXPECT_EQ(contextOf(calls[0].prompt()), QString());
-    EXPECT_EQ(contextOf(calls[1].prompt()), QStringLiteral("첫 문장"));
-}
+    EXPECT_EQ(calls[1].system, uR"P(You correct speech-recognition errors in lecture transcripts and translate them precisely. You reply with JSON only.)P"_s);
+    ASSERT_EQ(calls[1].turns.size(), 1);
+    EXPECT_EQ(calls[1].turns[0].role, u"user"_s);
+    EXPECT_TRUE(calls[1].turns[0].attachments.isEmpty());
+    EXPECT_EQ(calls[1].prompt(), uR"P(Live transcript of a university lecture in Korean (it may contain some English).
+Speech recognition often writes a similar-sounding wrong word: a common word instead of a subject term,
+a name instead of a word, or a number heard as a word (e.g. 백만 원 → 배만 원).
 
-TEST_F(CorrectorTest, ReadsTheArrayOutOfChatterAndFences)
-{
-    provider->enqueue(QStringLiteral("Here you go:\n```json\n") + fixesJson({{QStringLiteral("고친 문장"), QStringLiteral("改好的句子")}})
-                      + QStringLiteral("\n```\nHope this helps."));
-    // A bracket in the chatter after the array spoils the cut: nothing is used.
-    provider->enqueue(fixesJson({{QStringLiteral("고친 문장"), QStringLiteral("改好的句子")}}) + QStringLiteral(" [sic]"));
-    provider->enqueue(QStringLiteral("```\n[{\"text\": 42, \"translation\": \"  四十二\\n\"}]\n```"));
-    corrector->add(1, QStringLiteral("고칠 문장"));
-    ASSERT_TRUE(runEventsUntil([this] { return fixes.size() == 1; }));
-    corrector->add(2, QStringLiteral("고칠 문장"));
-    ASSERT_TRUE(waitForCalls(2));
-    corrector->add(3, QStringLiteral("42"));
-    ASSERT_TRUE(runEventsUntil([this] { return fixes.size() == 2; }));
-    EXPECT_EQ(fixedIds(), (QList<int>{1, 3}));
-    EXPECT_EQ(fixes[0].text, QStringLiteral("고친 문장"));
-    EXPECT_EQ(fixes[0].translation, QStringLiteral("改好的句子"));
-    // A number where text belongs reads as its written form; both fields are trimmed.
-    EXPECT_EQ(fixes[1].text, QStringLiteral("42"));
-    EXPECT_EQ(fixes[1].translation, QStringLiteral("四十二"));
-}
+Earlier sentences (already corrected, oldest first):
+<context>
+첫 문장
+</context>
 
-TEST_F(CorrectorTest, UnusableRepliesChangeNothingAndAreLogged)
-{
-    const QString three = fixesJson({{QStringLiteral("a"), QStringLiteral("一")},
-                                     {QStringLiteral("b"), QStringLiteral("二")},
-                                     {QStringLiteral("c"), QStringLiteral("三")}});
-    const QString longGarbage = QStringLiteral("<html>") + QString(300, u'x');
+New sentences, as a JSON array:
+["둘째","셋째","넷째"]
+
+For each sentence:
+1. "text": fix only words that were clearly misheard, using the context and the subject. Do not rephrase,
+   shorten, complete or add anything; if it is fine, keep it exactly as it is.
+2. "translation": translate the fixed sentence into Simplified Chinese. It must read like something written
+   in Simplified Chinese from the start: rebuild the word order the way a native speaker would say it (do not
+   follow the source language's word order), use that language's punctuation, and split or join clauses so it
+   reads smoothly. Translate the meaning, not the words: idioms and set phrases become the expression a native
+   speaker would actually use (e.g. "adds a little intrigue" → "多了一点悬念", not "增添了一点阴谋").
+   Keep the meaning exact and translate subject terms correctly; drop filler words (어, 음, 그, 자, um, uh). An unfinished sentence stays unfinished; add nothing that was not said.
+Reply with only a JSON array of the same length, in order: [{"text": "...", "translation": "..."}, ...])P"_s);
+
+    // A reply for a Corrector dropped meanwhile still arrives.
     provider->hold();
-    corrector->add(1, QStringLiteral("row one"));
-    ASSERT_TRUE(provider->waitForCalls(1));
-    corrector->add(2, QStringLiteral("a"));
-    corrector->add(3, QStringLiteral("b"));
-    provider->enqueue(QStringLiteral("（连不上 Fake，检查网络）"));
-    provider->enqueue(three);  // three entries for a batch of two
-    provider->enqueue(std::nullopt);
-    provider->enqueue(QStringLiteral("[\"a\"]"));             // not an object
-    provider->enqueue(QStringLiteral("] backwards ["));
-    provider->enqueue(longGarbage);
-    provider->release();
-    ASSERT_TRUE(waitForCalls(2));
-    for (int id = 4; id <= 7; ++id) {
-        corrector->add(id, QStringLiteral("a"));
-        ASSERT_TRUE(waitForCalls(id - 1));
-    }
-    answerFromScript();
-    // The rows as sent became context all the same.
-    EXPECT_EQ(nextContext(), QStringLiteral("row one\na\nb\na\na\na\na"));
-    finish();
-    EXPECT_TRUE(fixedIds() == QList<int>{1000});
-
-    const QString log = logText();
-    EXPECT_TRUE(log.contains(QStringLiteral(" AI 纠错 no usable reply: （连不上 Fake，检查网络）\n")));
-    EXPECT_TRUE(log.contains(QStringLiteral(" AI 纠错 no usable reply: ") + three + u'\n'));
-    EXPECT_TRUE(log.contains(QStringLiteral(" AI 纠错 no usable reply: nil\n")));
-    EXPECT_TRUE(log.contains(QStringLiteral(" AI 纠错 no usable reply: [\"a\"]\n")));
-    EXPECT_TRUE(log.contains(QStringLiteral(" AI 纠错 no usable reply: ] backwards [\n")));
-    EXPECT_TRUE(log.contains(QStringLiteral(" AI 纠错 no usable reply: ") + longGarbage.left(200) + u'\n'));
-    EXPECT_EQ(log.count(QStringLiteral("no usable reply")), 6);
-}
-
-TEST_F(CorrectorTest, PromptCarriesTheLastTwelveSentences)
-{
-    answerFromScript();
-    for (int id = 1; id <= 40; ++id)
-        corrector->add(id, QStringLiteral("sentence %1").arg(id));
-    finish();
-    QStringList expected;
-    for (int id = 30; id <= 40; ++id)
-        expected.append(QStringLiteral("sentence %1").arg(id));
-    expected.append(QStringLiteral("sentinel row"));
-    EXPECT_EQ(nextContext(), expected.join(u'\n'));
-}
-
-TEST_F(CorrectorTest, AReplyForADroppedCorrectorStillArrives)
-{
-    answerFromScript();
-    provider->hold();
-    corrector->add(7, QStringLiteral("마지막 줄"));
-    ASSERT_TRUE(provider->waitForCalls(1));
+    corrector->add(7, u"마지막 줄"_s);
+    ASSERT_TRUE(provider->waitForCalls(3));
     corrector.reset();
     provider->release();
-    ASSERT_TRUE(runEventsUntil([this] { return fixes.size() == 1; }));
-    EXPECT_EQ(fixes[0].id, 7);
+    ASSERT_TRUE(runEventsUntil([this] { return fixes.size() == 5; }));
+    EXPECT_EQ(fixes.last(), u"7 마지막 줄 | 译"_s);
 }
 
-TEST_F(CorrectorTest, OddTextsReachTheModelIntact)
+TEST_F(CorrectorTest, RepliesAreReadOutOfChatterAndFencesAndUnusableOnesAreLogged)
 {
-    answerFromScript();
-    const QString huge = QString(20000, u'가');
-    const QString quoted = QStringLiteral("He said \"hi\" \\ and\nleft");
-    corrector->add(1, huge);
-    corrector->add(2, quoted);
+    const QString fixed = fixesJson({{u"고친 문장"_s, u"改好的句子"_s}});
+    // (reply, row, what is delivered if anything)
+    const QList<std::tuple<std::optional<QString>, QString, QString>> replies{
+        {u"Here you go:\n```json\n"_s + fixed + u"\n```\nHope this helps."_s, u"고칠 문장"_s, u"고친 문장 | 改好的句子"_s},
+        // A number where text belongs reads as its written form; both fields are trimmed.
+        {u"```\n[{\"text\": 42, \"translation\": \"  四十二\\n\"}]\n```"_s, u"42"_s, u"42 | 四十二"_s},
+        // A bracket in the chatter after the array spoils the cut; so do a wrong count and shape.
+        {fixed + u" [sic]"_s, u"고칠 문장"_s, {}},
+        {fixesJson({{u"a"_s, u"一"_s}, {u"b"_s, u"二"_s}}), u"a"_s, {}},
+        {u"[\"a\"]"_s, u"a"_s, {}},
+        {u"] backwards ["_s, u"a"_s, {}},
+        {std::nullopt, u"a"_s, {}},
+        {u"（连不上 Fake，检查网络）"_s, u"a"_s, {}},
+        {u"<html>"_s + QString(300, u'x'), u"a"_s, {}},
+    };
+    QStringList delivered;
+    for (int i = 0; i < int(replies.size()); ++i) {
+        const auto &[reply, row, fix] = replies[i];
+        provider->enqueue(reply);
+        corrector->add(i, row);
+        ASSERT_TRUE(waitForCalls(i + 1));
+        if (!fix.isEmpty())
+            delivered << u"%1 %2"_s.arg(i).arg(fix);
+    }
     finish();
-    QStringList sent;
-    for (const FakeProvider::Call &call : provider->calls())
-        sent += linesOf(call.prompt());
-    EXPECT_EQ(sent.mid(0, 2), (QStringList{huge, quoted}));
-    EXPECT_EQ(fixedIds(), (QList<int>{1, 2}));
+    EXPECT_EQ(fixes, delivered);
+    // The rows of an unusable reply become context as they were sent.
+    EXPECT_EQ(nextContext(), u"고친 문장\n42\n고칠 문장\na\na\na\na\na\na\nsentinel row"_s);
+    const QString log = logText();
+    EXPECT_EQ(log.count(u"no usable reply"_s), 7);
+    for (const auto &[reply, row, fix] : replies) {
+        const QString logged = reply ? reply->left(200) : u"nil"_s;
+        EXPECT_EQ(log.contains(u" AI 纠错 no usable reply: "_s + logged + u'\n'), fix.isEmpty()) << logged.toStdString();
+    }
 }
 
 } // namespace

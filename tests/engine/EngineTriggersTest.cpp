@@ -52,15 +52,16 @@ bool isEventsCall(const FakeProvider::Call &call)
 
 } // namespace
 
-TEST_F(EngineTest, QuestionIsBatchedAndAskedOnceWithTheFullPrompt)
+TEST_F(EngineTest, QuestionIsBatchedAskedOnceAndShownUnlessSkipped)
 {
     startWith(micConfig());
     const QString answer = u"It measures disorder.\n意思：它衡量无序程度。"_s;
-    fake->setHandler([&](const FakeProvider::Call &) { return answer; });
+    fake->enqueue(answer);
     pass({u"Good morning everyone."_s, u"What is entropy in this system?"_s});
     pass({u"Think about it."_s});
+    EXPECT_TRUE(fake->calls().isEmpty());
     pass({u"Take your time."_s});
-    ASSERT_TRUE(fake->waitForCalls(1));
+    ASSERT_EQ(fake->calls().size(), 1);
     const FakeProvider::Call call = fake->calls().first();
     EXPECT_EQ(call.system, Prompts::system(micConfig()));
     ASSERT_EQ(call.turns.size(), 1);
@@ -98,7 +99,7 @@ If there is none, reply with exactly: SKIP
 Otherwise reply in exactly two lines (the student already sees the question in the live translation):
 <suggested answer in English>
 意思：<meaning in Simplified Chinese>)P"_s);
-    ASSERT_TRUE(seen.waitFor([](const Seen &reported) { return reported.results.size() == 1; }));
+    ASSERT_EQ(seen().results.size(), 1);
     const Seen::Result result = seen().results.first();
     EXPECT_EQ(result.kind, Engine::questionKind);
     EXPECT_EQ(result.text, answer);
@@ -107,79 +108,60 @@ Otherwise reply in exactly two lines (the student already sees the question in t
     // Heard again it isn't asked again; a tag question and a question word inside a sentence ask nothing.
     pass({u"What is entropy in this system?"_s, u"Entropy always grows, right?"_s, u"So what is entropy"_s});
     pass({u"Let us go on."_s}, 1s);
-    settle();
     EXPECT_EQ(fake->calls().size(), 1);
-}
 
-TEST_F(EngineTest, DraftQuestionWaitsForTheNextLine)
-{
-    startWith(micConfig());
-    source->setDraft(u"Does anyone know why entropy grows"_s);
-    pass();
-    source->setDraft(u"Does anyone know why entropy grows?"_s);
-    pass();
-    // Another draft of the same sentence: the same last ten letters, the same question.
-    source->setDraft(u"So, does anyone know why entropy grows?"_s);
-    pass();
-    pass({}, 10s);
-    settle();
-    EXPECT_TRUE(fake->calls().isEmpty());
-    source->setDraft(QString());
-    pass({u"Hmm."_s});
-    ASSERT_TRUE(fake->waitForCalls(1));
-    EXPECT_TRUE(fake->calls().first().prompt().contains(
-        tagged(u"sentences"_s, u"Does anyone know why entropy grows?"_s)));
-}
-
-TEST_F(EngineTest, WhatIsHeardWhileSwitchedOffIsNeverAsked)
-{
-    startWith(micConfig());
-    const Switches off{.questions = false, .exams = false, .keyPoints = false, .vocabulary = false};
-    engine->setSwitches(off);
-    source->setDraft(u"Does anyone know why entropy grows?"_s);
-    pass();
-    pass({u"Why does entropy grow?"_s, u"The exam is next Monday."_s});
-    pass({u"Fine."_s}, 2s);
-    // Switched on again: what was dropped keeps its key and isn't asked when it is repeated.
-    engine->setSwitches(Switches{});
-    pass({u"Why does entropy grow?"_s, u"The exam is next Monday."_s});
-    pass({u"Fine again."_s}, 2s);
-    settle();
-    EXPECT_TRUE(fake->calls().isEmpty());
-    // A draft seen while off was never looked at: said as a line, it is a new question.
-    pass({u"Does anyone know why entropy grows?"_s});
-    pass({u"Go on."_s}, 1s);
-    ASSERT_TRUE(fake->waitForCalls(1));
-    const QString asked = tagged(u"sentences"_s, u"Does anyone know why entropy grows?"_s);
-    EXPECT_TRUE(fake->calls().first().prompt().contains(asked));
-}
-
-TEST_F(EngineTest, CardRepliesSkipBlankAndFailures)
-{
-    startWith(micConfig());
+    // Blank replies, "SKIP" and refusals show nothing; a failure text is a card.
     const auto ask = [&](const QString &question, std::optional<QString> reply) {
         fake->enqueue(std::move(reply));
         pass({question});
         pass({u"Go on."_s}, 1s);
-        settle();
     };
     ask(u"What is the first law?"_s, u"  SKIP \n"_s);
     ask(u"What is the second law?"_s, QString());
     ask(u"What is the third law?"_s, std::nullopt);
     ask(u"What is the zeroth law?"_s, u"SKIP."_s);
     ask(u"Who wrote the first paper?"_s, u"（无法连接 Fake）"_s);
-    QStringList shown;
-    for (const Seen::Result &result : seen().results)
-        shown << result.text;
-    EXPECT_EQ(shown, QStringList({u"SKIP."_s, u"（无法连接 Fake）"_s}));
-
     for (int i = 1; i <= 4; ++i)
         ask(u"Which answer comes now, number %1?"_s.arg(QChar(u'A' + i)), u"A%1"_s.arg(i));
     ask(u"What did we learn today?"_s, u"SKIP"_s);
+    QStringList shown;
+    for (const Seen::Result &shownResult : seen().results)
+        shown << shownResult.text;
+    EXPECT_EQ(shown, QStringList({answer, u"SKIP."_s, u"（无法连接 Fake）"_s, u"A1"_s, u"A2"_s, u"A3"_s, u"A4"_s}));
     // Only the last five cards are kept to be named as shown.
     EXPECT_TRUE(fake->calls().last().prompt().contains(
         u"<already_shown>\n（无法连接 Fake）\n\nA1\n\nA2\n\nA3\n\nA4\n</already_shown>"_s));
-    EXPECT_EQ(fake->calls().size(), 10);
+    EXPECT_EQ(fake->calls().size(), 11);
+}
+
+TEST_F(EngineTest, DraftQuestionWaitsForTheNextLineAndNothingIsAskedWhileSwitchedOff)
+{
+    startWith(micConfig());
+    // Heard while switched off, a question or notice keeps its key and isn't asked when repeated.
+    engine->setSwitches({.questions = false, .exams = false, .keyPoints = false, .vocabulary = false});
+    source->setDraft(u"Does anyone know why entropy grows?"_s);
+    pass();
+    pass({u"Why does entropy grow?"_s, u"The exam is next Monday."_s});
+    pass({u"Fine."_s}, 2s);
+    engine->setSwitches(Switches{});
+    pass({u"Why does entropy grow?"_s, u"The exam is next Monday."_s});
+    pass({u"Fine again."_s}, 2s);
+
+    // A draft asks only with its mark, and only once a line comes; a draft seen while off was
+    // never looked at. Another draft of the same sentence has the same last ten letters.
+    source->setDraft(u"Does anyone know why entropy grows"_s);
+    pass();
+    source->setDraft(u"Does anyone know why entropy grows?"_s);
+    pass();
+    source->setDraft(u"So, does anyone know why entropy grows?"_s);
+    pass();
+    pass({}, 10s);
+    EXPECT_TRUE(fake->calls().isEmpty());
+    source->setDraft(QString());
+    pass({u"Hmm."_s});
+    ASSERT_EQ(fake->calls().size(), 1);
+    EXPECT_TRUE(fake->calls().first().prompt().contains(
+        tagged(u"sentences"_s, u"Does anyone know why entropy grows?"_s)));
 }
 
 TEST_F(EngineTest, NoticeAndDatedEvents)
@@ -192,18 +174,15 @@ TEST_F(EngineTest, NoticeAndDatedEvents)
         {"title": "作业", "date": "next week", "time": "", "note": ""},
         {"title": "Quiz", "date": "2026-03-09", "time": "9:30", "note": null}
     ])"_s;
-    // Replies change only while no call runs.
+    // Replies change only while no call runs: each pass waits for the calls it started.
     fake->setHandler([&](const FakeProvider::Call &call) {
         return isEventsCall(call) ? eventsReply : std::optional(noticeReply);
     });
     // Sent 1.5 s after the notice.
     pass({u"The midterm exam is on April 20th."_s});
     pass({u"Please prepare."_s}, 1s);
-    settle();
     EXPECT_TRUE(fake->calls().isEmpty());
     pass({u"Chapters one to five."_s}, 500ms);
-    ASSERT_TRUE(fake->waitForCalls(2));
-    settle();
     const auto notices = callsContaining(u"exam/homework/schedule keyword"_s);
     const auto dates = callsContaining(u"Sentences that may announce a date"_s);
     ASSERT_EQ(notices.size(), 1);
@@ -270,11 +249,9 @@ Reply with a JSON array only, [] if none:
     pass({QString(3500, u'x') + u'.', announcements[0]}, 1s);
     for (qsizetype i = 1; i + 1 < announcements.size(); ++i)
         pass({announcements[i]}, 1s);
-    settle();
     EXPECT_EQ(fake->calls().size(), 2);
     pass({announcements.last()}, 1s);
-    ASSERT_TRUE(fake->waitForCalls(4));
-    settle();  // the replies change below; these calls must have taken theirs
+    ASSERT_EQ(fake->calls().size(), 4);
     const QString notice = callsContaining(u"keyword"_s).last().prompt();
     EXPECT_TRUE(notice.contains(tagged(u"sentences"_s, announcements.join(u'\n'))));
     // The events call sees the last 3000 characters of the context window.
@@ -289,48 +266,11 @@ Reply with a JSON array only, [] if none:
                       {"title": "Lab report", "date": "2026-03-20"}])"_s;
     pass({u"Remember the deadline."_s});
     pass({u"Good."_s}, 2s);
-    ASSERT_TRUE(fake->waitForCalls(6));
-    settle();
+    ASSERT_EQ(fake->calls().size(), 6);
     EXPECT_TRUE(callsContaining(u"keyword"_s).last().prompt().contains(
         u"<already_shown>\n期中考试：4月20日，第一到五章。\n</already_shown>"_s));
-    EXPECT_EQ(seen().events.last(), (ClassEvent{u"Lab report"_s, u"2026-03-20"_s, {}, {}}));
+    EXPECT_EQ(seen().events.mid(2), QList<ClassEvent>({{u"Lab report"_s, u"2026-03-20"_s, {}, {}}}));
     EXPECT_EQ(seen().results.last().text, noticeReply);
-
-    // Replies that aren't the list asked for deliver nothing: one malformed entry spoils the list.
-    noticeReply = u"SKIP"_s;
-    const QList<std::optional<QString>> unusable{
-        u"No dates were announced."_s,
-        uR"({"title": "Quiz", "date": "2026-03-10"})"_s,
-        uR"(["2026-03-10"])"_s,
-        u"] 2026-03-10 ["_s,
-        std::nullopt,
-        u"（无法连接 Fake）"_s,
-        u"[]"_s,
-        uR"([{"title": "Quiz", "date": "2026-03-10"}, {"title": 3, "date": "2026-03-17"}])"_s,
-        uR"([{"title": "Quiz", "date": "2026-03-10", "time": 930}])"_s,
-        uR"([{"title": "Quiz", "date": 20260310}])"_s};
-    for (int i = 0; i < int(unusable.size()); ++i) {
-        eventsReply = unusable[i];
-        pass({u"Homework %1 is due."_s.arg(QChar(u'A' + i))});
-        pass({u"Fine."_s}, 2s);
-        settle();
-    }
-    EXPECT_EQ(callsContaining(u"Sentences that may announce a date"_s).size(), 3 + unusable.size());
-    EXPECT_EQ(seen().events.size(), 3);
-    EXPECT_EQ(seen().results.size(), 2);
-}
-
-TEST_F(EngineTest, ClassEndsOnceAfterFiveMinutes)
-{
-    startWith(micConfig());
-    pass({u"Let us begin."_s});
-    pass({u"OK, see you next week."_s}, 298500ms);
-    EXPECT_EQ(seen().classEnds, 0);
-    pass({u"See you next week then."_s}, 2100ms);
-    EXPECT_EQ(seen().classEnds, 1);
-    pass({u"That's all for today."_s});
-    EXPECT_EQ(seen().classEnds, 1);
-    EXPECT_EQ(seen().lines.size(), 4);
 }
 
 TEST_F(EngineTest, RunningSummaryWithTheFullPrompt)
@@ -342,10 +282,9 @@ TEST_F(EngineTest, RunningSummaryWithTheFullPrompt)
     fake->setHandler([&](const FakeProvider::Call &) { return summary; });
     const QStringList eight = numbered(u"Point number %1 of the lecture."_s, 1, 8);
     pass(eight.mid(0, 7));
-    settle();
     EXPECT_TRUE(fake->calls().isEmpty());
     pass(eight.mid(7));
-    ASSERT_TRUE(fake->waitForCalls(1));
+    ASSERT_EQ(fake->calls().size(), 1);
     EXPECT_EQ(fake->calls()[0].prompt(), uR"P(You keep a running summary of a university lecture while it is happening.
 
 Summary so far:
@@ -363,18 +302,14 @@ where they continue) plus what is new. Group by topic with a short heading line 
 definitions, claims, causes and effects, examples, formulas. Keep subject terms in the original language in
 parentheses where useful. Mark anything about exams, assignments or deadlines with ⚠️. At most about 20 bullets;
 no introduction or closing remarks. If nothing worth noting has been said yet, reply with exactly: SKIP)P"_s);
-    ASSERT_TRUE(seen.waitFor([](const Seen &reported) { return reported.summaries.size() == 1; }));
-    EXPECT_EQ(seen().summaries[0], summary);
+    EXPECT_EQ(seen().summaries, QStringList({summary}));
     EXPECT_EQ(engine->currentSummary(), summary);
-    settle();
 
     // A failure text or "SKIP" never replaces the summary.
     fake->enqueue(u"（无法连接 Fake）"_s);
     fake->enqueue(u"\nSKIP\n"_s);
     pass(numbered(u"More point %1."_s, 1, 8));
-    settle();
     pass(numbered(u"Further point %1."_s, 1, 8));
-    settle();
     ASSERT_EQ(fake->calls().size(), 3);
     EXPECT_TRUE(fake->calls()[1].prompt().contains(tagged(u"summary"_s, summary)));
     EXPECT_EQ(seen().summaries.size(), 1);
@@ -385,19 +320,17 @@ no introduction or closing remarks. If nothing worth noting has been said yet, r
     pass(numbered(u"Said while off %1."_s, 1, 10), 3600s);
     engine->setSwitches({.questions = true, .exams = true, .keyPoints = true, .vocabulary = false});
     pass(numbered(u"After %1."_s, 1, 3));
-    settle();
     EXPECT_EQ(fake->calls().size(), 3);
     pass(numbered(u"After %1."_s, 4, 8));
-    ASSERT_TRUE(fake->waitForCalls(4));
+    ASSERT_EQ(fake->calls().size(), 4);
     EXPECT_TRUE(fake->calls()[3].prompt().contains(
         tagged(u"transcript"_s, numbered(u"After %1."_s, 1, 8).join(u'\n'))));
-    settle();
 
     // Of what is new, the last 8000 characters.
     QStringList longer = numbered(u"Later %1."_s, 1, 8);
     longer[0] = QString(9000, u's');
     pass(longer);
-    ASSERT_TRUE(fake->waitForCalls(5));
+    ASSERT_EQ(fake->calls().size(), 5);
     EXPECT_TRUE(fake->calls()[4].prompt().contains(tagged(u"transcript"_s, longer.join(u'\n').right(8000))));
 }
 
@@ -419,29 +352,25 @@ TEST_F(EngineTest, SummaryAndVocabularyKeepTheirPaceAndOneCallEach)
 
     // The window shows the same three lines pass after pass: a summary after 60 s, vocabulary after 90 s.
     pass({}, 58500ms);
-    settle();
     EXPECT_TRUE(fake->calls().isEmpty());
     pass({}, 1500ms);
-    settle();
     EXPECT_EQ(summaryCalls(), 1);
     EXPECT_EQ(vocabularyCalls(), 0);
     pass({}, 30s);
-    settle();
     EXPECT_EQ(vocabularyCalls(), 1);
     EXPECT_TRUE(fake->calls().last().prompt().contains(tagged(u"transcript"_s, screen.join(u'\n'))));
 
-    // While a call of each runs, no second one starts.
+    // While a call of each runs, the loop goes on but no second one starts.
     fake->hold();
     showMore(3, 8);
-    pass({}, 1500ms);
+    step({}, 1500ms);
     ASSERT_TRUE(fake->waitForCalls(4));
     showMore(11, 8);
-    pass({}, 1500ms);
+    step({}, 1500ms);
     fake->release();
     settle();
     EXPECT_EQ(fake->calls().size(), 4);
     pass({}, 1500ms);
-    settle();
     EXPECT_EQ(summaryCalls(), 3);
     EXPECT_EQ(vocabularyCalls(), 3);
 
@@ -449,12 +378,11 @@ TEST_F(EngineTest, SummaryAndVocabularyKeepTheirPaceAndOneCallEach)
     showMore(19, 2);
     pass({}, 600s);
     pass({}, 600s);
-    settle();
     EXPECT_EQ(summaryCalls(), 3);
     EXPECT_EQ(vocabularyCalls(), 4);
 }
 
-TEST_F(EngineTest, VocabularyWithTheFullPromptAndStrictReplies)
+TEST_F(EngineTest, VocabularyWithTheFullPromptAndFreshTermsOnly)
 {
     Config config = micConfig();
     config.recordVocabulary = true;
@@ -462,7 +390,6 @@ TEST_F(EngineTest, VocabularyWithTheFullPromptAndStrictReplies)
     const auto termsAfter = [&](std::optional<QString> reply, const QStringList &lines) {
         fake->enqueue(std::move(reply));
         pass(lines);
-        settle();
         return seen().terms;
     };
     const QStringList lines{u"Entropy measures disorder."_s,   u"Heat flows from hot to cold."_s,
@@ -498,15 +425,6 @@ translation>", "note": "<one short Simplified Chinese line: what it means in thi
     ASSERT_EQ(second.size(), 2);
     EXPECT_EQ(second[1], QList<VocabularyTerm>({{u"Enthalpy"_s, u"焓"_s, u"热含量"_s}}));
 
-    // Replies that aren't a list of objects deliver nothing.
-    for (const std::optional<QString> &reply :
-         {std::optional<QString>(u"I found no terms."_s), std::optional<QString>(uR"({"term": "Heat"})"_s),
-          std::optional<QString>(u"[1, 2]"_s), std::optional<QString>(u"] [{\"term\": \"Heat\"}"_s),
-          std::optional<QString>(), std::optional<QString>(u"（无法连接 Fake）"_s),
-          std::optional<QString>(uR"([{"term": "Heat", "meaning": 3}, "Cold"])"_s)})
-        EXPECT_EQ(termsAfter(reply, numbered(u"Filler line %1."_s, 1, 6)).size(), 2);
-    EXPECT_EQ(fake->calls().size(), 9);
-
     // The prompt names the last 150 known terms only.
     QStringList many;
     for (int i = 0; i <= 150; ++i)
@@ -523,26 +441,7 @@ translation>", "note": "<one short Simplified Chinese line: what it means in thi
     EXPECT_TRUE(prompt.contains(tagged(u"transcript"_s, last.join(u'\n').right(6000))));
 }
 
-TEST_F(EngineTest, CallbacksNobodySetDoNothing)
-{
-    Config config = micConfig();
-    config.recordKeyPoints = true;
-    config.recordVocabulary = true;
-    make(config, nullptr, fake);
-    static_cast<EngineCallbacks &>(*engine) = EngineCallbacks();
-    // One reply that every call can use: a card, a summary, a term and an event.
-    fake->setHandler([](const FakeProvider::Call &) {
-        return uR"([{"term": "Entropy", "title": "Quiz", "date": "2026-03-10"}])"_s;
-    });
-    source->setDraft(u"What is entropy, really?"_s);
-    start();
-    pass(numbered(u"Line %1 before the exam."_s, 1, 8) << u"What is entropy?"_s);
-    pass({u"See you next week."_s}, 301s);
-    settle();
-    EXPECT_EQ(fake->calls().size(), 5);
-}
-
-TEST_F(EngineTest, WithoutProvidersLinesAndClassEndStillWork)
+TEST_F(EngineTest, WithoutProvidersLinesAndTheClassEndStillWork)
 {
     Config config = micConfig();
     config.recordKeyPoints = true;
@@ -550,19 +449,34 @@ TEST_F(EngineTest, WithoutProvidersLinesAndClassEndStillWork)
     make(config, nullptr, nullptr);
     start();
     QStringList lines = numbered(u"Plain line %1."_s, 1, 8);
-    lines << u"What is entropy?"_s << u"The exam is next Monday."_s;
+    lines << u"What is entropy?"_s << u"The exam is next Monday."_s << u"See you next week."_s;
     pass(lines);
-    pass({u"Go on."_s}, 10s);
-    pass({u"See you next week."_s}, 300s);
-    settle();
+    // A closing phrase ends the class once, and only after five minutes.
+    pass({u"OK, see you next week."_s}, 298500ms);
+    EXPECT_EQ(seen().classEnds, 0);
+    pass({u"See you next week then."_s}, 2100ms);
+    EXPECT_EQ(seen().classEnds, 1);
+    pass({u"That's all for today."_s});
     const Seen reported = seen();
-    EXPECT_EQ(reported.lines.size(), 12);
     EXPECT_EQ(reported.classEnds, 1);
+    EXPECT_EQ(reported.lines.size(), 14);
     EXPECT_TRUE(fake->calls().isEmpty());
     EXPECT_TRUE(reported.results.isEmpty());
     EXPECT_TRUE(reported.summaries.isEmpty());
     EXPECT_TRUE(reported.terms.isEmpty());
     EXPECT_TRUE(reported.events.isEmpty());
+
+    // Callbacks nobody set do nothing, whichever call answers.
+    make(config, nullptr, fake);
+    static_cast<EngineCallbacks &>(*engine) = EngineCallbacks();
+    fake->setHandler([](const FakeProvider::Call &) {
+        return uR"([{"term": "Entropy", "title": "Quiz", "date": "2026-03-10"}])"_s;
+    });
+    source->setDraft(u"What is entropy, really?"_s);
+    start();
+    pass(lines);
+    pass({u"See you next week."_s}, 301s);
+    EXPECT_EQ(fake->calls().size(), 5);  // a card, a notice, its events, a summary and vocabulary
 }
 
 TEST_F(EngineTest, ContextWindowIsTheLastFortyLinesWithinTheMainProvidersBudget)
@@ -579,22 +493,8 @@ TEST_F(EngineTest, ContextWindowIsTheLastFortyLinesWithinTheMainProvidersBudget)
         start();
         pass(all.mid(0, 45));
         pass({all.last()}, 1s);
-        ASSERT_TRUE(fake->waitForCalls(int(i) + 1));
+        ASSERT_EQ(fake->calls().size(), i + 1);
         EXPECT_TRUE(fake->calls()[i].prompt().startsWith(u"Recent transcript (oldest first):\n"_s
                                                          + tagged(u"transcript"_s, lastForty.right(budget))));
     }
-}
-
-TEST_F(EngineTest, LoopGoesOnWhileAModelCallRuns)
-{
-    startWith(micConfig());
-    fake->hold();
-    pass({u"What is entropy?"_s});
-    pass({u"Go on."_s}, 1s);
-    ASSERT_TRUE(fake->waitForCalls(1));
-    for (int i = 0; i < 10; ++i)
-        pass({u"Still talking %1."_s.arg(i)});
-    EXPECT_EQ(seen().lines.size(), 12);
-    EXPECT_TRUE(seen().results.isEmpty());
-    fake->release();
 }

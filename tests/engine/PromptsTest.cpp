@@ -39,35 +39,8 @@ Style rules:
 - Never invent facts about dates, exams or assignments. Only report what the transcript says.)P"_s);
 }
 
-TEST(Prompts, TemplatesOfTheCorrectorChatAndFinalNotes)
+TEST(Prompts, TemplatesOfTheChatAndTheFinalNotes)
 {
-    EXPECT_EQ(Prompts::correctSystem(), uR"P(You correct speech-recognition errors in lecture transcripts and translate them precisely. You reply with JSON only.)P"_s);
-    EXPECT_EQ(Prompts::fill(Prompts::correct(), {{u"lecture_language"_s, u"Korean"_s},
-                                                 {u"context"_s, u"앞 문장"_s},
-                                                 {u"lines"_s, uR"(["배만 원이에요"])"_s},
-                                                 {u"answer_language"_s, u"Simplified Chinese"_s}}),
-              uR"P(Live transcript of a university lecture in Korean (it may contain some English).
-Speech recognition often writes a similar-sounding wrong word: a common word instead of a subject term,
-a name instead of a word, or a number heard as a word (e.g. 백만 원 → 배만 원).
-
-Earlier sentences (already corrected, oldest first):
-<context>
-앞 문장
-</context>
-
-New sentences, as a JSON array:
-["배만 원이에요"]
-
-For each sentence:
-1. "text": fix only words that were clearly misheard, using the context and the subject. Do not rephrase,
-   shorten, complete or add anything; if it is fine, keep it exactly as it is.
-2. "translation": translate the fixed sentence into Simplified Chinese. It must read like something written
-   in Simplified Chinese from the start: rebuild the word order the way a native speaker would say it (do not
-   follow the source language's word order), use that language's punctuation, and split or join clauses so it
-   reads smoothly. Translate the meaning, not the words: idioms and set phrases become the expression a native
-   speaker would actually use (e.g. "adds a little intrigue" → "多了一点悬念", not "增添了一点阴谋").
-   Keep the meaning exact and translate subject terms correctly; drop filler words (어, 음, 그, 자, um, uh). An unfinished sentence stays unfinished; add nothing that was not said.
-Reply with only a JSON array of the same length, in order: [{"text": "...", "translation": "..."}, ...])P"_s);
     EXPECT_EQ(Prompts::fill(Prompts::chat(), {{u"context"_s, QString()}, {u"message"_s, u"What is entropy?"_s}}),
               uR"P(The student is chatting with you from the floating panel during or after class.
 Answer what they ask, briefly. Use the lecture transcript below when the question is about the class;
