@@ -7,12 +7,6 @@ ScriptedRecognizer::ScriptedRecognizer(int sampleRate)
 {
 }
 
-void ScriptedRecognizer::feed(std::span<const qint16> samples)
-{
-    std::scoped_lock lock(mutex_);
-    fed_ += qsizetype(samples.size());
-}
-
 void ScriptedRecognizer::finish()
 {
     std::scoped_lock lock(mutex_);
@@ -54,12 +48,6 @@ bool ScriptedRecognizer::waitUntilHeard()
 {
     std::unique_lock lock(mutex_);
     return changed_.wait_for(lock, std::chrono::seconds(5), [this] { return said_.empty() && waiting_; });
-}
-
-qsizetype ScriptedRecognizer::fed() const
-{
-    std::scoped_lock lock(mutex_);
-    return fed_;
 }
 
 SpeechRecognizer::Factory ScriptedRecognizers::factory()

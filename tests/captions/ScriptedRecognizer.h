@@ -9,6 +9,7 @@
 #include <QHash>
 #include <QStringList>
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -19,7 +20,7 @@ public:
     explicit ScriptedRecognizer(int sampleRate);
 
     int sampleRate() const override { return sampleRate_; }
-    void feed(std::span<const qint16> samples) override;
+    void feed(std::span<const qint16> samples) override { fed += qsizetype(samples.size()); }
     void finish() override;
     std::optional<Result> next(std::stop_token stop) override;
 
@@ -28,14 +29,14 @@ public:
     void say(const Result &result);
     // Waits until the reader has handled everything said and asks for more; false after 5 s.
     bool waitUntilHeard();
-    qsizetype fed() const;
+
+    std::atomic<qsizetype> fed = 0;   // samples
 
 private:
     const int sampleRate_;
-    mutable std::mutex mutex_;
+    std::mutex mutex_;
     std::condition_variable_any changed_;
     std::deque<Result> said_;
-    qsizetype fed_ = 0;
     bool finished_ = false;
     bool waiting_ = false;
 };
