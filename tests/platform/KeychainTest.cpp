@@ -3,6 +3,8 @@
 #include "platform/Log.h"
 #include "platform/SecretServiceStore.h"
 
+#include "QtPrinters.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QProcess>
@@ -11,151 +13,101 @@
 
 #include <gtest/gtest.h>
 
-#include <iostream>
-
-#include <sys/stat.h>
+using namespace Qt::StringLiterals;
 
 namespace {
 
-int modeOf(const QString &path)
+// A file only its owner may read and write (mode 0600).
+constexpr auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
+
+// Sets, replaces, reads and deletes through whichever store the keychain uses.
+void expectSetGetAndDelete()
 {
-    struct stat info{};
-    return ::stat(QFile::encodeName(path).constData(), &info) == 0 ? int(info.st_mode & 0777) : -1;
+    EXPECT_FALSE(Keychain::get(u"claude"_s));
+    EXPECT_TRUE(Keychain::set(u"claude"_s, u"sk-ant-한국어-🔑"_s));
+    EXPECT_TRUE(Keychain::set(u"openai"_s, u"sk-openai"_s));
+    EXPECT_EQ(Keychain::get(u"claude"_s), u"sk-ant-한국어-🔑"_s);
+    EXPECT_TRUE(Keychain::set(u"claude"_s, u"sk-replaced"_s));
+    EXPECT_EQ(Keychain::get(u"claude"_s), u"sk-replaced"_s);
+    EXPECT_TRUE(Keychain::set(u"claude"_s, QString())) << "an empty value deletes the item and succeeds";
+    EXPECT_FALSE(Keychain::get(u"claude"_s));
+    EXPECT_EQ(Keychain::get(u"openai"_s), u"sk-openai"_s);
+    Keychain::remove(u"openai"_s);
+    Keychain::remove(u"never-stored"_s);
+    EXPECT_FALSE(Keychain::get(u"openai"_s));
 }
 
-class KeychainOnFile : public ::testing::Test
+TEST(KeychainTest, AFileStoreKeepsWhatWasSetWhereOnlyItsOwnerReadsIt)
 {
-protected:
-    void SetUp() override
-    {
-        path = folder.filePath(QStringLiteral("nested/secrets.json"));
-        Keychain::useStore(std::make_unique<FileSecretStore>(path));
-    }
-
     QTemporaryDir folder;
-    QString path;
-};
+    const QString path = folder.filePath(u"nested/secrets.json"_s);
+    Keychain::useStore(std::make_unique<FileSecretStore>(path));
+    expectSetGetAndDelete();
+    EXPECT_EQ(QFile::permissions(path), ownerOnly);
 
-} // namespace
-
-TEST_F(KeychainOnFile, SetGetDeleteAndEmptyValues)
-{
-    EXPECT_FALSE(Keychain::get(QStringLiteral("claude")));
-    EXPECT_TRUE(Keychain::set(QStringLiteral("claude"), QStringLiteral("sk-ant-한국어-🔑")));
-    EXPECT_TRUE(Keychain::set(QStringLiteral("openai"), QStringLiteral("sk-openai")));
-    EXPECT_EQ(Keychain::get(QStringLiteral("claude")), QStringLiteral("sk-ant-한국어-🔑"));
-    EXPECT_TRUE(Keychain::set(QStringLiteral("claude"), QStringLiteral("sk-replaced")));
-    EXPECT_EQ(Keychain::get(QStringLiteral("claude")), QStringLiteral("sk-replaced"));
-
-    // An empty value deletes the item and still succeeds.
-    EXPECT_TRUE(Keychain::set(QStringLiteral("claude"), QString()));
-    EXPECT_FALSE(Keychain::get(QStringLiteral("claude")));
-    EXPECT_EQ(Keychain::get(QStringLiteral("openai")), QStringLiteral("sk-openai"));
-
-    Keychain::remove(QStringLiteral("openai"));
-    Keychain::remove(QStringLiteral("never-stored"));
-    EXPECT_FALSE(Keychain::get(QStringLiteral("openai")));
-
-    // The file holds secrets, so only its owner may read it.
-    EXPECT_EQ(modeOf(path), 0600);
-}
-
-TEST_F(KeychainOnFile, EmptyAndInvalidBytesReadAsTheSpecSays)
-{
     FileSecretStore raw(path);
-    ASSERT_TRUE(raw.write(QString::fromLatin1(Keychain::service), QStringLiteral("gemini"), QByteArray("ab\xff\xfe" "cd", 6)));
-    const auto read = Keychain::get(QStringLiteral("gemini"));
-    ASSERT_TRUE(read);
-    EXPECT_EQ(*read, QString::fromUtf16(u"ab\uFFFD\uFFFDcd"));
+    const QString service = QString::fromLatin1(Keychain::service);
+    ASSERT_TRUE(raw.write(service, u"gemini"_s, QByteArray("ab\xff\xfe" "cd", 6)));
+    EXPECT_EQ(Keychain::get(u"gemini"_s), u"ab\uFFFD\uFFFDcd"_s) << "invalid UTF-8 is replaced, never refused";
+    ASSERT_TRUE(raw.write(service, u"empty"_s, QByteArray()));
+    EXPECT_FALSE(Keychain::get(u"empty"_s)) << "an empty item reads as absent";
+    ASSERT_TRUE(raw.write(u"other.service"_s, u"claude"_s, "foreign"));
+    EXPECT_FALSE(Keychain::get(u"claude"_s)) << "another service's item is not ours";
 
-    ASSERT_TRUE(raw.write(QString::fromLatin1(Keychain::service), QStringLiteral("empty"), QByteArray()));
-    EXPECT_FALSE(Keychain::get(QStringLiteral("empty")));
+    QFile corrupt(path);
+    ASSERT_TRUE(corrupt.open(QIODevice::WriteOnly));
+    corrupt.write("{ this is not json");
+    corrupt.close();
+    EXPECT_FALSE(Keychain::get(u"gemini"_s)) << "a corrupt file reads as empty";
+    EXPECT_TRUE(Keychain::set(u"claude"_s, u"sk-new"_s));
+    EXPECT_EQ(Keychain::get(u"claude"_s), u"sk-new"_s) << "and the next set repairs it";
 
-    // Another service's item with the same account is not ours.
-    ASSERT_TRUE(raw.write(QStringLiteral("other.service"), QStringLiteral("claude"), "foreign"));
-    EXPECT_FALSE(Keychain::get(QStringLiteral("claude")));
+    Keychain::useStore(std::make_unique<FileSecretStore>(path + u"/secrets.json"));   // below a file
+    EXPECT_FALSE(Keychain::set(u"claude"_s, u"sk"_s)) << "a store that cannot write says so";
+    EXPECT_FALSE(Keychain::get(u"claude"_s));
 }
 
-TEST_F(KeychainOnFile, ACorruptFileReadsAsEmptyAndIsRepairedByTheNextSet)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("{ this is not json");
-    file.close();
-    EXPECT_FALSE(Keychain::get(QStringLiteral("claude")));
-    EXPECT_TRUE(Keychain::set(QStringLiteral("claude"), QStringLiteral("sk-new")));
-    EXPECT_EQ(Keychain::get(QStringLiteral("claude")), QStringLiteral("sk-new"));
-}
-
-TEST(KeychainOnFileFolder, AStoreThatCannotWriteReportsFalse)
-{
-    QTemporaryDir folder;
-    QFile blocker(folder.filePath(QStringLiteral("not-a-folder")));
-    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
-    Keychain::useStore(std::make_unique<FileSecretStore>(blocker.fileName() + QStringLiteral("/secrets.json")));
-    EXPECT_FALSE(Keychain::set(QStringLiteral("claude"), QStringLiteral("sk")));
-    EXPECT_FALSE(Keychain::get(QStringLiteral("claude")));
-}
-
-// Runs against a real GNOME Keyring in a private D-Bus session: the test program starts itself
-// again inside dbus-run-session with an unlocked keyring and only this test selected.
+// Runs against a real GNOME Keyring in a private D-Bus session: the program starts itself again
+// inside dbus-run-session with an unlocked keyring and only this test selected.
 TEST(SecretService, StoresReadsAndDeletesInARealKeyring)
 {
     if (qEnvironmentVariableIsSet("QUILLET_INSIDE_KEYRING")) {
         ASSERT_TRUE(SecretServiceStore::isAvailable());
         Keychain::useStore(std::make_unique<SecretServiceStore>());
-        EXPECT_FALSE(Keychain::get(QStringLiteral("claude")));
-        EXPECT_TRUE(Keychain::set(QStringLiteral("claude"), QStringLiteral("sk-ant-secret-服务")));
-        EXPECT_EQ(Keychain::get(QStringLiteral("claude")), QStringLiteral("sk-ant-secret-服务"));
-        EXPECT_TRUE(Keychain::set(QStringLiteral("claude"), QString()));
-        EXPECT_FALSE(Keychain::get(QStringLiteral("claude")));
+        expectSetGetAndDelete();
         return;
     }
-    const QString runner = QStandardPaths::findExecutable(QStringLiteral("dbus-run-session"));
-    const QString keyring = QStandardPaths::findExecutable(QStringLiteral("gnome-keyring-daemon"));
-    if (runner.isEmpty() || keyring.isEmpty()) {
-        std::cout << "Skipped the real Secret Service: dbus-run-session or gnome-keyring-daemon is missing.\n";
-        GTEST_SKIP();
-    }
+    const QString runner = QStandardPaths::findExecutable(u"dbus-run-session"_s);
+    if (runner.isEmpty() || QStandardPaths::findExecutable(u"gnome-keyring-daemon"_s).isEmpty())
+        GTEST_SKIP() << "Skipped the real Secret Service: dbus-run-session or gnome-keyring-daemon is missing.";
     QProcess child;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("QUILLET_INSIDE_KEYRING"), QStringLiteral("1"));
-    child.setProcessEnvironment(environment);
     child.setProcessChannelMode(QProcess::MergedChannels);
-    const QString script = QStringLiteral(
-        "echo -n pw | gnome-keyring-daemon --unlock --components=secrets >/dev/null 2>&1 || exit 77; "
-        "exec \"$0\" --gtest_filter=SecretService.*");
-    child.start(runner, {QStringLiteral("--"), QStringLiteral("sh"), QStringLiteral("-c"), script,
-                         QCoreApplication::applicationFilePath()});
-    ASSERT_TRUE(child.waitForFinished(60000));
+    const QString script = u"echo -n pw | gnome-keyring-daemon --unlock --components=secrets >/dev/null 2>&1 || exit 77; "
+                           "exec env QUILLET_INSIDE_KEYRING=1 \"$0\" --gtest_filter=SecretService.*"_s;
+    child.start(runner, {u"--"_s, u"sh"_s, u"-c"_s, script, QCoreApplication::applicationFilePath()});
+    ASSERT_TRUE(child.waitForFinished(60'000));
     const QByteArray output = child.readAll();
-    if (child.exitCode() == 77) {
-        std::cout << "Skipped the real Secret Service: gnome-keyring-daemon would not start headless.\n";
-        GTEST_SKIP();
-    }
+    if (child.exitCode() == 77)
+        GTEST_SKIP() << "Skipped the real Secret Service: gnome-keyring-daemon would not start headless.";
     EXPECT_EQ(child.exitCode(), 0) << output.constData();
     EXPECT_TRUE(output.contains("[  PASSED  ] 1 test")) << output.constData();
 }
 
-TEST(KeychainFallback, WithoutASecretServiceKeysGoToAPrivateFileAndTheLogSaysSoOnce)
+TEST(KeychainTest, WithoutASecretServiceKeysGoToAPrivateFileAndTheLogSaysSoOnce)
 {
-    if (qEnvironmentVariableIsSet("QUILLET_INSIDE_KEYRING"))
-        GTEST_SKIP();
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/quillet-test-bus");
     QFile::remove(Log::path());
     Keychain::useStore(nullptr);
-    EXPECT_TRUE(Keychain::set(QStringLiteral("openai"), QStringLiteral("sk-file")));
-    EXPECT_EQ(Keychain::get(QStringLiteral("openai")), QStringLiteral("sk-file"));
-
-    const QString file = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation)
-        + QStringLiteral("/secrets.json");
-    EXPECT_EQ(modeOf(file), 0600);
+    EXPECT_TRUE(Keychain::set(u"openai"_s, u"sk-file"_s));
+    EXPECT_EQ(Keychain::get(u"openai"_s), u"sk-file"_s);
+    const QString file = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation) + u"/secrets.json";
+    EXPECT_EQ(QFile::permissions(file), ownerOnly);
     QFile log(Log::path());
     ASSERT_TRUE(log.open(QIODevice::ReadOnly));
     const QList<QByteArray> lines = log.readAll().split('\n');
-    ASSERT_EQ(lines.size(), 2);  // one line and the final newline
+    ASSERT_EQ(lines.size(), 2);   // one line and the final newline
     EXPECT_TRUE(lines[0].contains("No Secret Service answers")) << lines[0].constData();
     EXPECT_TRUE(lines[0].endsWith("readable only by you."));
 }
+
+} // namespace
