@@ -1,78 +1,46 @@
 #include "ui/Panel.h"
 
-#include <QLabel>
-#include <QProcess>
-#include <QSignalSpy>
-#include <QTest>
-#include <QWebEngineView>
-
 #include "X11Client.h"
+
+#include <QProcess>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
-#include <iostream>
+#include <optional>
 
-
-
-TEST(Panel, ShowsTitleStatusAndLoadsTheFeedPage)
+TEST(Panel, ShowsTitleAndStatusAndLoadsTheFeedPage)
 {
     Panel panel;
-    bool loaded = false;
-    bool finished = false;
-    panel.onFeedLoaded = [&](bool ok) {
-        loaded = ok;
-        finished = true;
-    };
+    std::optional<bool> loaded;
+    panel.onFeedLoaded = [&](bool ok) { loaded = ok; };
     panel.show();
     EXPECT_EQ(panel.windowTitle(), QStringLiteral("Quillet"));
     EXPECT_EQ(panel.status(), QStringLiteral("未开始"));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return finished; }, 30000));
-    EXPECT_TRUE(loaded);
-
-    auto *view = panel.findChild<QWebEngineView *>();
-    ASSERT_NE(view, nullptr);
-    QString placeholder;
-    bool answered = false;
-    view->page()->runJavaScript(QStringLiteral("document.getElementById('feed').dataset.empty"),
-                                [&](const QVariant &value) {
-                                    placeholder = value.toString();
-                                    answered = true;
-                                });
-    ASSERT_TRUE(QTest::qWaitFor([&] { return answered; }, 10000));
-    EXPECT_EQ(placeholder, QStringLiteral("AI 提示会显示在这里。"));
-
-    panel.setStatus(QStringLiteral("● 正在录音"));
-    EXPECT_EQ(panel.findChild<QLabel *>()->text(), QStringLiteral("● 正在录音"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return loaded.has_value(); }, 30000));
+    EXPECT_TRUE(*loaded);
 }
 
 TEST(Application, StartsShowsItsWindowAndExitsCleanlyWhenClosed)
 {
-    X11Client x11;
-    if (!x11.connected()) {
-        std::cout << "Skipped: the application test needs an X display (run under xvfb-run).\n";
-        GTEST_SKIP();
-    }
+    if (QGuiApplication::platformName() != u"xcb")
+        GTEST_SKIP() << "the application test needs an X display (run it under xvfb-run)";
     QProcess app;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
-    app.setProcessEnvironment(environment);
     app.setProcessChannelMode(QProcess::MergedChannels);
     app.start(QStringLiteral(QUILLET_EXECUTABLE), {});
     ASSERT_TRUE(app.waitForStarted());
 
     QByteArray output;
+    unsigned long window = 0;
     const bool ready = QTest::qWaitFor([&] {
         output += app.readAll();
-        return x11.hasWindow("Quillet") && output.contains("Feed page loaded");
+        window = X11Client::find("Quillet");
+        return window && output.contains("Feed page loaded");
     }, 60000);
-    EXPECT_TRUE(ready) << output.constData();
+    ASSERT_TRUE(ready) << output.constData();
 
-    x11.requestClose("Quillet");
-    const bool exited = app.waitForFinished(20000);
-    if (!exited)
-        app.kill();
-    ASSERT_TRUE(exited) << "the application did not exit after its window was closed";
+    X11Client::requestClose(window);
+    ASSERT_TRUE(app.waitForFinished(20000)) << "the application did not exit after its window was closed";
     EXPECT_EQ(app.exitStatus(), QProcess::NormalExit);
-    output += app.readAll();
-    EXPECT_EQ(app.exitCode(), 0) << output.constData();
+    EXPECT_EQ(app.exitCode(), 0) << QByteArray(output + app.readAll()).constData();
 }
