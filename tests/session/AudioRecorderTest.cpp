@@ -1,27 +1,35 @@
 #include "session/AudioRecorder.h"
 
-#include "session/SessionStore.h"
-
 #include "AudioFiles.h"
 #include "SessionFixture.h"
-
-#include <QFile>
-#include <QProcess>
 
 #include <csignal>
 
 using namespace Qt::StringLiterals;
 using AudioRecorderTest = SessionFixture;
 
+namespace {
+
+// An input whose device is there but won't open.
+class BusyInput final : public AudioInput
+{
+public:
+    AudioFormat format() override { return {48'000, 1}; }
+    std::optional<QString> start(Receiver) override { return u"设备正被其他程序占用"_s; }
+    void stop() override {}
+};
+
+} // namespace
+
 // The recorder is the only user of the AAC writer: four rates, two bit rates and buffers that split
 // the encoder's frames cover the files the writer makes.
 TEST_F(AudioRecorderTest, RecordsMonoAacAtTheInputRateIntoANewFileEachTime)
 {
-    const QString first = documents_.filePath(u"录音.m4a"_s);
-    const QString next = documents_.filePath(u"next.m4a"_s);
     const auto expectBitRate = [](const QString &path, int bitRate, double seconds) {
         EXPECT_NEAR(double(QFile(path).size()), bitRate / 8 * seconds, bitRate / 8 * seconds * 0.2) << bitRate;
     };
+    const QString first = documents_.filePath(u"录音.m4a"_s);
+    const QString next = documents_.filePath(u"next.m4a"_s);
     input_->delivered = {44'100, 2};
     AudioRecorder recorder(hub_);
     recorder.setBitRate(32'000);
@@ -44,19 +52,6 @@ TEST_F(AudioRecorderTest, RecordsMonoAacAtTheInputRateIntoANewFileEachTime)
     expectBitRate(next, 64'000, 7.3);
     EXPECT_EQ(input_->counts().stops, 2);
 }
-
-namespace {
-
-// An input whose device is there but won't open.
-class BusyInput final : public AudioInput
-{
-public:
-    AudioFormat format() override { return {48'000, 1}; }
-    std::optional<QString> start(Receiver) override { return u"设备正被其他程序占用"_s; }
-    void stop() override {}
-};
-
-} // namespace
 
 TEST_F(AudioRecorderTest, WordsTheProblemsOfStarting)
 {

@@ -1,13 +1,15 @@
 #include "session/SessionData.h"
 
-#include "QtPrinters.h"
+#include "session/SessionText.h"
+
+#include "SessionFixture.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTimeZone>
 
-#include <gtest/gtest.h>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -29,14 +31,10 @@ SessionData fullRecord()
             .vocabulary = QList<SessionData::Term>{{u"엔트로피"_s, u"熵"_s, {}}}};
 }
 
-QJsonObject objectOf(const QByteArray &json)
-{
-    return QJsonDocument::fromJson(json).object();
-}
-
+// The full record's JSON with one member replaced, or taken out when the value is undefined.
 QByteArray withMember(QStringView key, const QJsonValue &value)
 {
-    QJsonObject object = objectOf(fullRecord().toJson());
+    QJsonObject object = QJsonDocument::fromJson(fullRecord().toJson()).object();
     if (value.isUndefined())
         object.remove(key);
     else
@@ -46,7 +44,7 @@ QByteArray withMember(QStringView key, const QJsonValue &value)
 
 } // namespace
 
-TEST(SessionData, RoundTripsEveryField)
+TEST(SessionData, RoundTripsPrettyPrintedAndWithoutTheOptionalKeysItLacks)
 {
     const QByteArray json = fullRecord().toJson();
     EXPECT_EQ(SessionData::fromJson(json), fullRecord());
@@ -55,26 +53,20 @@ TEST(SessionData, RoundTripsEveryField)
                                "\"deletedAt\": \"2026-11-20T08:00:00Z\"", "\"duration\": 4521.75", "\"t\": 7.125",
                                "\"엔트로피는"})
         EXPECT_TRUE(json.contains(stored)) << stored;
-}
 
-TEST(SessionData, OptionalKeysAbsentOrNullStayOut)
-{
-    const QDateTime start = utc(3, 2, 0, 5).addMSecs(420);
-    const SessionData fresh = SessionData::make(u"English"_s, u"Japanese"_s, start);
-    EXPECT_EQ(objectOf(fresh.toJson()).keys(), QStringList({u"answer"_s, u"duration"_s, u"lecture"_s, u"lines"_s,
-                                                            u"notes"_s, u"started"_s, u"title"_s}));
-    SessionData whole = fresh;
-    whole.started = start.addMSecs(-420);   // whole seconds on disk
-    EXPECT_EQ(SessionData::fromJson(fresh.toJson()), whole);
+    const SessionData fresh = SessionData::make(u"English"_s, u"Japanese"_s, utc(3, 2, 0, 5).addMSecs(420));
+    EXPECT_EQ(QJsonDocument::fromJson(fresh.toJson()).object().keys(),
+              QStringList({u"answer"_s, u"duration"_s, u"lecture"_s, u"lines"_s, u"notes"_s, u"started"_s, u"title"_s}));
+    EXPECT_EQ(SessionData::fromJson(fresh.toJson())->started, utc(3, 2, 0, 5)) << "whole seconds on disk";
 
     // Records from before a key existed load, and are saved again without it.
-    const QJsonObject full = objectOf(fullRecord().toJson());
+    const QJsonObject full = QJsonDocument::fromJson(json).object();
     for (const QStringView key :
          {u"category", u"audioRemoved", u"deletedAt", u"refined", u"summary", u"vocabulary"}) {
         for (const QJsonValue &absent : {QJsonValue(QJsonValue::Undefined), QJsonValue(QJsonValue::Null)}) {
             const auto data = SessionData::fromJson(withMember(key, absent));
             ASSERT_TRUE(data) << key;
-            QJsonObject saved = objectOf(data->toJson());
+            QJsonObject saved = QJsonDocument::fromJson(data->toJson()).object();
             EXPECT_FALSE(saved.contains(key)) << key;
             saved.insert(key, full[key]);
             EXPECT_EQ(saved, full);
@@ -108,4 +100,53 @@ TEST(SessionData, StrictAboutRequiredKeysTypesAndDates)
         EXPECT_FALSE(SessionData::fromJson(json)) << json.toStdString();
     // A date with an offset names the same moment.
     EXPECT_EQ(SessionData::fromJson(withMember(u"started", u"2026-11-18T21:21:19+09:00"_s)), fullRecord());
+}
+
+TEST(SessionText, ClockFolderNameAndTitle)
+{
+    // Beyond a day, and what hand-edited records may hold; the Markdown files show the usual times.
+    for (const auto &[seconds, shown] : {std::pair{59.9, u"00:59"}, {108'059, u"30:00:59"}, {-4, u"00:00"},
+                                         {std::numeric_limits<double>::quiet_NaN(), u"00:00"}})
+        EXPECT_EQ(SessionText::clock(seconds), QStringView(shown)) << seconds;
+    EXPECT_FALSE(SessionText::clock(std::numeric_limits<double>::infinity()).isEmpty());
+    const QDateTime start(QDate(2026, 11, 17), QTime(23, 5, 59), QTimeZone::utc());
+    EXPECT_EQ(SessionText::folderName(start), u"2026-11-18 08-05"_s);
+    EXPECT_EQ(SessionText::defaultTitle(start), u"Nov 18, 8:05\u202fAM 的记录"_s);
+}
+
+TEST(SessionText, MarkdownFiles)
+{
+    SessionData data;
+    data.title = u"Linear Algebra"_s;
+    data.started = QDateTime(QDate(2026, 11, 18), QTime(0, 5, 30), QTimeZone::utc());   // 09:05 here
+    data.duration = 3599.5;
+    data.lines = {{0, u"Welcome back."_s, {}}, {62.7, u"An eigenvector keeps its direction."_s, u"特征向量保持方向。"_s}};
+    EXPECT_EQ(SessionText::transcriptMarkdown(data), u"# Linear Algebra\n\n"
+                                                     u"November 18, 2026 at 9:05\u202fAM · 时长 59:59\n\n"
+                                                     u"**[00:00]** Welcome back.\n\n"
+                                                     u"**[01:02]** An eigenvector keeps its direction.\n\n"
+                                                     u"> 特征向量保持方向。\n\n"_s);
+    data.category = u"数学"_s;
+    data.duration = 3600;
+    data.lines.clear();
+    EXPECT_EQ(SessionText::transcriptMarkdown(data),
+              u"# Linear Algebra\n\n分类：数学 · November 18, 2026 at 9:05\u202fAM · 时长 1:00:00\n\n"_s);
+
+    data.vocabulary = QList<SessionData::Term>{{u"eigenvalue"_s, u"特征值"_s, {}},
+                                               {u"kernel"_s, u"核"_s, u"also: null space"_s}};
+    EXPECT_EQ(SessionText::vocabularyMarkdown(data), u"# Linear Algebra · 单词表\n\n- **eigenvalue**\u3000特征值\n"
+                                                     u"- **kernel**\u3000核\n  also: null space\n"_s);
+
+    // Notes with a summary only, with both, with notes only.
+    const QString heading = u"# Linear Algebra · AI 笔记\n\n"_s;
+    const QString summary = u"## 课堂总结\n\nEigenvectors and the kernel.\n\n"_s;
+    const QString notes = u"### [1:02:05] 考试重点\n\nProofs of chapter 5 are examinable.\n\n"
+                          u"### [00:10] any kind\n\nkept as it is\n\n"_s;
+    data.summary = u"Eigenvectors and the kernel."_s;
+    EXPECT_EQ(SessionText::notesMarkdown(data), heading + summary);
+    data.notes = {{3725, u"考试重点"_s, u"Proofs of chapter 5 are examinable."_s},
+                  {10, u"any kind"_s, u"kept as it is"_s}};
+    EXPECT_EQ(SessionText::notesMarkdown(data), heading + summary + notes);
+    data.summary.reset();
+    EXPECT_EQ(SessionText::notesMarkdown(data), heading + notes);
 }
