@@ -60,14 +60,11 @@ TEST(MicSourceTextTest, FitsJudgesOnlyTextsLongEnoughToJudge)
         bool fits;
     } cases[] = {
         {u"a"_s, korean, false},                              // one letter
-        {u"12 34 !"_s, english, false},                       // no letters
         {u"a dog"_s, korean, true},                           // under six letters
-        {u"the cats sat"_s, korean, false},
         {u"오늘은 광합성에 대해 배웁니다"_s, korean, true},
         {u"今天我们讨论光合作用"_s, u"zh-Hans"_s, true},
         {u"今天我们讨论光合作用"_s, u"ja-JP"_s, true},        // Japanese in kanji reads as Chinese
         {u"今天我们讨论光合作用"_s, korean, false},
-        {u"Heute sprechen wir über Chemie"_s, u"de-DE"_s, true},
         {u"Heute sprechen wir über Chemie"_s, french, false},
     };
     for (const auto &each : cases)
@@ -167,9 +164,7 @@ TEST_F(MicSourceTest, EveryLanguageHearsTheMicrophoneAndAnExtraOneNeedsThreeBeli
     extra.say(u"Nous parlons de photosynthèse"_s, true, 0.55);
     extra.say(u"Today we talk about photosynthesis"_s, true, 0.9);
     ASSERT_TRUE(lecture.waitUntilHeard() && extra.waitUntilHeard());
-    EXPECT_EQ(mic.read(), u"오늘은 배웁니다")
-        << "a Korean lecture takes a Latin word only when quite sure; doubtful words and English heard as "
-           "French are dropped";
+    EXPECT_EQ(mic.read(), u"오늘은 배웁니다") << "unsure Latin words, doubtful or misheard extra lines are dropped";
     extra.say(u"Nous parlons de photosynthèse"_s, true, 0.9);
     ASSERT_TRUE(extra.waitUntilHeard());
     EXPECT_EQ(mic.read(), u"Nous parlons de photosynthèse");

@@ -54,11 +54,8 @@ TEST(KeychainTest, AFileStoreKeepsWhatWasSetWhereOnlyItsOwnerReadsIt)
     ASSERT_TRUE(raw.write(u"other.service"_s, u"claude"_s, "foreign"));
     EXPECT_FALSE(Keychain::get(u"claude"_s)) << "another service's item is not ours";
 
-    QFile corrupt(path);
-    ASSERT_TRUE(corrupt.open(QIODevice::WriteOnly));
-    corrupt.write("{ this is not json");
-    corrupt.close();
-    EXPECT_FALSE(Keychain::get(u"gemini"_s)) << "a corrupt file reads as empty";
+    ASSERT_TRUE(QFile::resize(path, 12));
+    EXPECT_FALSE(Keychain::get(u"gemini"_s)) << "a file cut short reads as empty";
     EXPECT_TRUE(Keychain::set(u"claude"_s, u"sk-new"_s));
     EXPECT_EQ(Keychain::get(u"claude"_s), u"sk-new"_s) << "and the next set repairs it";
 
