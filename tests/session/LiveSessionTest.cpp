@@ -129,6 +129,7 @@ TEST_F(LiveSessionTest, RecordsIntoItsFolderOrRunsOnWithoutOne)
     homeless->addLine(u"still taken down"_s);
     runSaves();
     homeless->finish(u"Lost"_s, std::nullopt);
-    EXPECT_EQ(std::pair(homeless->data().title, homeless->data().lines.size()), std::pair(u"Lost"_s, qsizetype(1)));
+    EXPECT_EQ(homeless->data().title, u"Lost"_s);
+    EXPECT_EQ(homeless->data().lines.size(), 1);
     EXPECT_EQ(read(blocked), "a file where the documents folder should be");
 }

@@ -2,8 +2,8 @@
 
 // What the session tests share: a documents folder and a clock of their own behind every store
 // operation (put back after), a microphone hub over an input the test plays into, files read and
-// put whole, and sound made and checked. Dates read in one zone and language whatever the machine says: Seoul (UTC+9, no
-// daylight saving) shows that folder names are local time.
+// put whole, and sound made and checked. Dates read in one zone and language whatever the machine
+// says: Seoul (UTC+9, no daylight saving) shows that folder names are local time.
 
 #include "captions/MicHub.h"
 #include "session/SessionStore.h"
@@ -62,8 +62,9 @@ protected:
     static std::vector<float> tone(int sampleRate, double seconds, int channels = 1)
     {
         std::vector<float> samples(size_t(sampleRate * seconds) * size_t(channels));
+        const double step = 2 * std::numbers::pi * 440.0 / sampleRate;
         for (size_t i = 0; i < samples.size(); ++i)
-            samples[i] = float(0.3 * std::sin(2 * std::numbers::pi * 440.0 * double(i / size_t(channels)) / sampleRate));
+            samples[i] = float(0.3 * std::sin(step * double(i / size_t(channels))));
         return samples;
     }
     // Whether FFmpeg decodes the file to its end as mono AAC at that rate, lasting `seconds` give or

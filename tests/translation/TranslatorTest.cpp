@@ -173,7 +173,7 @@ TEST_F(TranslatorTest, WithoutAServerTheFastModelTranslatesOrTheNoteSaysHowToSet
         return call.prompt().contains(u"잘못") ? u"（连不上 Fake，检查网络）"_s : u"  模型译文\n"_s;
     });
     translator.setFallback(model);
-    server.setHandler([](const TestServer::Request &) { return Response::json("<!DOCTYPE html><title>nginx"); });
+    server.setHandler([](const TestServer::Request &) { return Response::json("<!DOCTYPE html><p>nginx"); });
     // Nothing listening, then a web server that is no translation server.
     for (const QString &address : {dead, server.url()}) {
         QSettings().setValue(u"translate.url"_s, address);
@@ -200,7 +200,7 @@ TEST_F(TranslatorTest, MissingPairsAndBadAnswersGiveAbsentAndNeverReachAnotherTe
         {u"html"_s, Response::json("<html><body>502 Bad Gateway</body></html>", 502)},
         {u"number"_s, Response::json(R"({"translatedText": 5})")},
         {u"array"_s, Response::json(R"(["译文"])")},
-        {u"ja"_s, Response::json(R"({"error": "ja (Japanese) is not available as a target language"})", 400)}};
+        {u"ja"_s, Response::json(R"({"error": "ja (Japanese) is not available as a target"})", 400)}};
     answer = [bad](const QJsonObject &body) {
         const auto found = bad.find(body.value(u"q").toString().section(u' ', -1));
         return found != bad.end() ? found->second : echo(body);
