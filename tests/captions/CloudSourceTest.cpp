@@ -82,7 +82,8 @@ protected:
                                            QStringLiteral("sk-test"), timeout}),
                              CloudFilter(locales(ids), prompt), transcript);
     }
-    static TestServer::Response reply(const QByteArray &body, int status = 200, std::chrono::milliseconds delay = 0ms)
+    static TestServer::Response reply(const QByteArray &body, int status = 200,
+                                      std::chrono::milliseconds delay = 0ms)
     {
         auto response = TestServer::Response::json(body, status);
         response.delay = delay;
@@ -148,12 +149,12 @@ TEST_F(CloudSourceTest, EachSegmentIsAMultipartPostByteForByte)
 {
     auto direct = uploader("fr-FR ko-KR");
     auto relayed = uploader("en-US", true);
-    for (const char *text : {"Bonjour à tous.", "Alors, on continue avec les limites.", "We begin with limits."})
+    for (const char *text : {"Bonjour à tous.", "Alors, on continue avec les limites.", "Limits."})
         say(QString::fromUtf8(text));
     for (CloudUploader *sender : {&direct, &direct, &relayed})
         sender->upload(speech, QDateTime::currentDateTimeUtc());
     EXPECT_EQ(transcript->read(),
-              QStringLiteral(u"Bonjour à tous.\nAlors, on continue avec les limites.\nWe begin with limits."));
+              QStringLiteral(u"Bonjour à tous.\nAlors, on continue avec les limites.\nLimits."));
 
     const QList<TestServer::Request> requests = server.requests();
     ASSERT_EQ(requests.size(), 3);
@@ -166,8 +167,8 @@ TEST_F(CloudSourceTest, EachSegmentIsAMultipartPostByteForByte)
     const QByteArray boundary = type.mid(type.indexOf('=') + 1);
     EXPECT_NE(requests[1].header("Content-Type"), request.header("Content-Type")) << "a new boundary each time";
     // A 44-byte WAV header (PCM, mono, 16 kHz, 16-bit, 6 bytes of data), then the samples little-endian.
-    const QByteArray wav = QByteArray::fromHex("52494646" "2a000000" "57415645" "666d7420" "10000000" "0100" "0100"
-                                               "803e0000" "007d0000" "0200" "1000" "64617461" "06000000"
+    const QByteArray wav = QByteArray::fromHex("52494646" "2a000000" "57415645" "666d7420" "10000000" "0100"
+                                               "0100" "803e0000" "007d0000" "0200" "1000" "64617461" "06000000"
                                                "0100" "feff" "3412");
     const QByteArray expected =
         "--" + boundary + "\r\nContent-Disposition: form-data; name=\"model\"\r\n\r\ngpt-4o-mini-transcribe\r\n"
@@ -270,17 +271,20 @@ TEST_F(CloudSourceTest, MakeSourceNeedsAMicrophoneThenSendsSpeechThroughTheRelay
     input->busy.reset();
 
     // The first answer comes late, so the second segment is still queued when the source stops.
-    server.enqueue(reply(QStringLiteral(u"{\"text\":\"오늘은 극한을 정의합니다. 그다음 미분입니다.\"}").toUtf8(), 200, 300ms));
+    server.enqueue(reply(QStringLiteral(u"{\"text\":\"오늘은 극한을 정의합니다. 그다음 미분입니다.\"}").toUtf8(), 200,
+                         300ms));
     say(QStringLiteral("Any questions so far?"));
     const auto cloud = makeSource(config, hub);
-    ASSERT_EQ(cloud->start(), std::nullopt) << "Korean can't be recognised on the device: only the draft is lost";
+    ASSERT_EQ(cloud->start(), std::nullopt) << "Korean isn't recognised on the device: only the draft is lost";
+    play(sound(0));
     play(sound());
     play(sound());
     play(sound(1.4, 1.5));
     ASSERT_TRUE(server.waitForRequests(1));
     cloud->stop();
     EXPECT_FALSE(hub.running());
-    EXPECT_EQ(linesOf(*cloud, 3), QStringLiteral(u"오늘은 극한을 정의합니다.\n그다음 미분입니다.\nAny questions so far?"));
+    EXPECT_EQ(linesOf(*cloud, 3),
+              QStringLiteral(u"오늘은 극한을 정의합니다.\n그다음 미분입니다.\nAny questions so far?"));
     play(sound());
     runEventsFor(300ms);
     const QList<TestServer::Request> requests = server.requests();
@@ -294,13 +298,13 @@ TEST_F(CloudSourceTest, MakeSourceNeedsAMicrophoneThenSendsSpeechThroughTheRelay
     static const Text::Regex cut(QStringLiteral(
         "^segment 2\\.[56]s, speech 1\\.[789]s, level 0\\.0[34]\\d\\d, floor 0\\.0\\d{3} → sent$"));
     const QStringList log = logged();
-    ASSERT_EQ(log.size(), 6) << log.join(u'\n').toStdString();
-    EXPECT_TRUE(cut.matches(log[0]) && cut.matches(log[3])) << log.join(u'\n').toStdString();
-    EXPECT_TRUE(log[1].startsWith(QStringLiteral("HTTP 200: ")));
-    EXPECT_EQ(log[2], QStringLiteral(u"kept 2: 오늘은 극한을 정의합니다. / 그다음 미분입니다."));
+    EXPECT_TRUE(log.value(0).endsWith(QStringLiteral("→ skipped"))) << "a quiet segment isn't sent";
+    EXPECT_TRUE(cut.matches(log.value(1)) && cut.matches(log.value(4))) << log.join(u'\n').toStdString();
+    EXPECT_EQ(log.value(3), QStringLiteral(u"kept 2: 오늘은 극한을 정의합니다. / 그다음 미분입니다."));
 
     config.keySource = QStringLiteral("own");
-    EXPECT_EQ(makeSource(config, hub)->start(), QStringLiteral(u"云端识别需要 OpenAI 的 API key：在 设置 › AI 模型分配 里填上"));
+    EXPECT_EQ(makeSource(config, hub)->start(),
+              QStringLiteral(u"云端识别需要 OpenAI 的 API key：在 设置 › AI 模型分配 里填上"));
 }
 
 TEST_F(CloudSourceTest, TroubleAndTheDraftComeAndGoWhileTheSourceKeepsRunning)
@@ -311,7 +315,8 @@ TEST_F(CloudSourceTest, TroubleAndTheDraftComeAndGoWhileTheSourceKeepsRunning)
     // Each answer after the stall comes late, so the test sees the trouble before it changes.
     server.enqueue(reply("<html>oops</html>", 502, 200ms));
     server.enqueue(reply(QStringLiteral(u"{\"text\":\"오늘은 극한을 정의하겠습니다.\"}").toUtf8(), 200, 200ms));
-    CloudSource cloud({QStringLiteral("gpt-4o-transcribe"), {korean}, false, 500ms}, hub, recognizers.factory(), clock);
+    CloudSource cloud({QStringLiteral("gpt-4o-transcribe"), {korean}, false, 500ms}, hub,
+                      recognizers.factory(), clock);
     ASSERT_EQ(cloud.start(), std::nullopt);
     ScriptedRecognizer &local = *recognizers.made.value(korean);
     const QString first = QStringLiteral(u"오늘은 극한을 정의합니다.");

@@ -26,10 +26,10 @@ TEST(CloudTranscriptTest, SentencesAreComparedByTheirLettersAndDigits)
         {"오늘은미분을배웁니다", "오늘미분배웁니다요", true},
     };
     for (const auto &[a, b, alike] : pairs)
-        EXPECT_EQ(CloudTranscript::similar(QString::fromUtf8(a), QString::fromUtf8(b)), alike) << a << " / " << b;
+        EXPECT_EQ(CloudTranscript::similar(QString::fromUtf8(a), QString::fromUtf8(b)), alike) << a << ", " << b;
 }
 
-TEST(CloudTranscriptTest, TheDraftShrinksFromTheFrontAsCloudTextArrives)
+TEST(CloudTranscriptTest, TheDraftShrinksFromTheFrontAsCloudTextArrivesAndHoldsAtMostSixSentences)
 {
     CloudTranscript transcript;
     QString words = QStringLiteral(u"그리고 나서");
@@ -62,24 +62,21 @@ TEST(CloudTranscriptTest, TheDraftShrinksFromTheFrontAsCloudTextArrives)
     EXPECT_EQ(transcript.draft({}, at(9), inProgress), QString()) << "heard at 4 s, before 2 + 2.5 s";
     words = QStringLiteral(u"그래서");
     EXPECT_EQ(transcript.draft({QString()}, at(9.5), inProgress), words) << "empty parts are dropped";
-}
 
-TEST(CloudTranscriptTest, TheDraftHoldsAtMostSixLocalSentences)
-{
-    CloudTranscript transcript;
-    // Sentences that share no character, so none is like another.
+    // At most six local sentences show; these share no character, so none is like another.
     const auto sentence = [](int i) -> QString { return QString(7, QChar(u'0' + i)) + u'.'; };
     QStringList heard;
     for (int i = 1; i <= 8; ++i)
         heard << sentence(i);
-    EXPECT_EQ(transcript.draft(heard, at(1), [] { return QStringLiteral("and"); }),
+    EXPECT_EQ(transcript.draft(heard, at(11), [] { return QStringLiteral("and"); }),
               QStringList(heard.mid(2)).join(u' ') + QStringLiteral(" and"));
 
     // Only the last 12 cloud sentences cover local ones.
     transcript.merge({sentence(8)}, at(-10));
     for (int i = 0; i < 12; ++i)
         transcript.merge({QString(4, QChar(u'a' + i)) + u'.'}, at(-10));
-    EXPECT_EQ(transcript.draft({sentence(8)}, at(2), [] { return QString(); }), QStringList(heard.mid(2)).join(u' '));
+    EXPECT_EQ(transcript.draft({sentence(8)}, at(12), [] { return QString(); }),
+              QStringList(heard.mid(2)).join(u' '));
 }
 
 } // namespace

@@ -69,7 +69,7 @@ TEST(SegmenterTest, CutsAtAPauseFromTwoAndAHalfSecondsOrAtEightAndSendsOnlySpeec
                 held.insert(held.end(), buffer.begin(), buffer.end());
                 if (auto cut = segmenter.consume(buffer)) {
                     cuts.emplace_back((fed + 1) / 10.0, cut->describe().toStdString());
-                    EXPECT_EQ(cut->samples, cut->sent ? held : std::vector<qint16>()) << "what was heard, in order";
+                    EXPECT_EQ(cut->samples, cut->sent ? held : std::vector<qint16>()) << "all heard, in order";
                     held.clear();
                 }
             }
