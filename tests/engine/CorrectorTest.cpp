@@ -117,8 +117,8 @@ TEST_F(CorrectorTest, AFixIsBelievedOnlyCloseToTheRowAndDeliveredWithItsTranslat
         // An empty row: the ratio divides by one, then no character of the fix is a hit.
         {QString(), u"x"_s, u"翻译"_s, false},
         {u"그 사람은 학교에 갔다"_s, u"학교 학교 학교 학교 학교"_s, u"翻译"_s, false},
-        // Spaces count in the length (15 of 10, then 17 of 10) but not in the hits.
-        {u"abcdefghij"_s, u"a b c d e f g h"_s, u"翻译"_s, true},
+        // Spaces count in the length (15 of 10, then 17 of 10) but not in the hits (4 of 8).
+        {u"abcdefghij"_s, u"a b c d w x y z"_s, u"翻译"_s, true},
         {u"abcdefghik"_s, u"a b c d e f g h i"_s, u"翻译"_s, false},
         {u"abcd"_s, u"abxy"_s, u"翻译"_s, true},
         // Characters are graphemes: a decomposed é in the fix is not the e of the row.

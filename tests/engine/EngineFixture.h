@@ -54,8 +54,6 @@ struct Seen
 class EngineTest : public ::testing::Test
 {
 protected:
-    using Duration = std::chrono::milliseconds;
-
     static Config micConfig() { return classConfig(QStringLiteral("mic"), QStringLiteral("English")); }
     static Config windowConfig() { return classConfig(QStringLiteral("window"), QStringLiteral("Korean")); }
 
@@ -110,7 +108,7 @@ protected:
     }
 
     // Feeds the lines, lets time go on by the step and waits until the loop's pass is done.
-    void step(const QStringList &lines = {}, Duration by = Duration(400))
+    void step(const QStringList &lines = {}, std::chrono::milliseconds by = std::chrono::milliseconds(400))
     {
         source->feed(lines);
         const int reads = source->reads();
@@ -122,7 +120,7 @@ protected:
     }
 
     // A step whose model calls have taken their replies and made their callbacks.
-    void pass(const QStringList &lines = {}, Duration by = Duration(400))
+    void pass(const QStringList &lines = {}, std::chrono::milliseconds by = std::chrono::milliseconds(400))
     {
         step(lines, by);
         settle();

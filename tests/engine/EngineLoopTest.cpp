@@ -13,7 +13,7 @@ const QString translating = u"● 正在录音 · 翻译中"_s;
 
 } // namespace
 
-TEST_F(EngineTest, SoundSourceReportsStatusDraftsAndLines)
+TEST_F(EngineTest, SoundSourceReportsStatusDraftsAndLinesAndTheTranscriptIsCutByCharacters)
 {
     startWith(micConfig());
     source->setDraft(u"the entropy of"_s);
@@ -37,6 +37,21 @@ TEST_F(EngineTest, SoundSourceReportsStatusDraftsAndLines)
     EXPECT_EQ(reported.lines, QStringList({u"Good morning everyone."_s, u"Today we look at entropy."_s,
                                            u"Where were we."_s}));
     EXPECT_EQ(engine->fullTranscript(1000), reported.lines.join(u'\n'));
+
+    // The readers cut by lines and by characters, however many code units a character takes.
+    pass({u"two 👩‍👩‍👧"_s, u"three"_s});
+    EXPECT_EQ(engine->fullTranscript(9), u"o 👩‍👩‍👧\nthree"_s);
+    EXPECT_EQ(engine->fullTranscript(0), QString());
+    EXPECT_EQ(engine->recentTranscript(100, 2), u"two 👩‍👩‍👧\nthree"_s);
+    EXPECT_EQ(engine->recentTranscript(4, 2), u"hree"_s);
+    EXPECT_EQ(engine->recentTranscript(100, 0), QString());
+    const QString accented = QString(u"e\u0301"_s).repeated(4);
+    pass({u"ab"_s, accented});
+    EXPECT_EQ(engine->fullTranscript(6), u"b\n"_s + accented);
+    EXPECT_EQ(engine->recentTranscript(3, 1), QString(u"e\u0301"_s).repeated(3));
+    // Sixty lines unless told otherwise.
+    pass(QStringList(60, u"later"_s));
+    EXPECT_EQ(engine->recentTranscript(1000), QStringList(60, u"later"_s).join(u'\n'));
 }
 
 TEST_F(EngineTest, BadLinesAndRepliesBreakNothingAndDeliverNothingTheRulesRefuse)
@@ -55,8 +70,6 @@ TEST_F(EngineTest, BadLinesAndRepliesBreakNothingAndDeliverNothingTheRulesRefuse
                                          u"At 10:30 what happens?"_s, u"Hello 世界 مرحبا?"_s, longQuestion,
                                          digits, letters}));
     EXPECT_EQ(engine->fullTranscript(30), QString(30, u'x'));
-    EXPECT_EQ(engine->ratio(u"mixed 한글"_s), 1.0);
-    EXPECT_EQ(engine->ratio(u"123"_s), 0.0);
     // Debris and clock times are no questions; nothing here is a notice.
     pass({u"Go on."_s}, 1s);
     const auto questions = callsContaining(u"may be questions"_s);
@@ -99,9 +112,9 @@ TEST_F(EngineTest, WindowSourceKeepsTheFirstScreenQuietAndDropsRepeats)
     EXPECT_TRUE(seen().lines.isEmpty());
 
     // The same screen again brings nothing new. A line of 40 % Hangul fails, 50 % passes; 60 % is too
-    // little to be examined for questions and notices; a key under six Hangul letters is refused.
+    // little to be examined for questions and notices; a key of five Hangul letters is refused.
     pass({}, 1500ms);
-    source->show(asked + u"\n가나다라 abcdef\n가나다라마바 abcdef\n짧은 말\n시험 날짜가 언제예요 finals?"_s);
+    source->show(asked + u"\n사아자차카타 abcdefghi\n가나다라마바 abcdef\n짧은 말이다\n시험 날짜가 언제예요 finals?"_s);
     pass({}, 1500ms);
     // Asked again after the first screen, the question is still known.
     source->show(u"다시 한번 물어볼게요\n"_s + asked);
@@ -121,28 +134,6 @@ TEST_F(EngineTest, WindowSourceKeepsTheFirstScreenQuietAndDropsRepeats)
     pass({}, 1500ms);
     EXPECT_EQ(seen().statuses, QStringList({recording, translating, u"⚠️ 读不到 Zoom 的字幕"_s,
                                             u"⚠️ 找不到 Zoom 的窗口"_s, u"⚠️ 找不到 Zoom 的窗口"_s}));
-}
-
-TEST_F(EngineTest, TranscriptReadersCutByLinesAndCharacters)
-{
-    startWith(micConfig());
-    pass({u"one"_s, u"two 👩‍👩‍👧"_s, u"three"_s});
-    EXPECT_EQ(engine->fullTranscript(100), u"one\ntwo 👩‍👩‍👧\nthree"_s);
-    EXPECT_EQ(engine->fullTranscript(9), u"o 👩‍👩‍👧\nthree"_s);
-    EXPECT_EQ(engine->fullTranscript(0), QString());
-    EXPECT_EQ(engine->recentTranscript(100, 2), u"two 👩‍👩‍👧\nthree"_s);
-    EXPECT_EQ(engine->recentTranscript(4, 2), u"hree"_s);
-    EXPECT_EQ(engine->recentTranscript(100, 0), QString());
-    EXPECT_EQ(engine->currentSummary(), QString());
-
-    // Characters of several code units each: the cut still counts characters.
-    const QString accented = QString(u"e\u0301"_s).repeated(4);
-    pass({u"ab"_s, accented});
-    EXPECT_EQ(engine->fullTranscript(6), u"b\n"_s + accented);
-    EXPECT_EQ(engine->recentTranscript(3, 1), QString(u"e\u0301"_s).repeated(3));
-    // Sixty lines unless told otherwise.
-    pass(QStringList(60, u"later"_s));
-    EXPECT_EQ(engine->recentTranscript(1000), QStringList(60, u"later"_s).join(u'\n'));
 }
 
 TEST_F(EngineTest, StopEndsTheLoopAtOnceAndStopsTheSourceOnce)

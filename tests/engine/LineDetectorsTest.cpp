@@ -107,7 +107,6 @@ TEST(LineDetectors, AlternativesSplitOnlyTheTopLevel)
 TEST(LectureScript, RatioAndKeys)
 {
     const LectureScript korean(classConfig(u"window"_s, u"Korean"_s));
-    EXPECT_EQ(korean.ratio(u"123 !?"_s), 0.0);
     EXPECT_EQ(korean.ratio(u""_s), 0.0);
     // Punctuation, blanks, digits and letters of other scripts don't count in a key.
     EXPECT_EQ(korean.key(u"오늘 3장, 엔트로피(entropy)를 봅니다!"_s, 10), u"늘장엔트로피를봅니다"_s);
