@@ -12,9 +12,6 @@ TEST(Prompts, FillReplacesPlainlyAndLeavesUnknownPlaceholders)
     EXPECT_EQ(Prompts::fill(text, {{u"a"_s, u"x"_s}, {u"b"_s, u"$1 \\n {}"_s}, {u"unused"_s, u"y"_s}}),
               u"x and x, $1 \\n {}, {missing}"_s);
     EXPECT_EQ(Prompts::fill(text, {}), text);
-    // Merging the language entries into a template that doesn't name them changes nothing.
-    EXPECT_EQ(Prompts::fill(Prompts::correctSystem(), {{u"lecture_language"_s, u"Korean"_s}}),
-              Prompts::correctSystem());
 }
 
 TEST(Prompts, SystemForTheConfiguredLanguagesAndProfile)
