@@ -1,142 +1,70 @@
 #include "ai/AIError.h"
 #include "ai/ProviderFactory.h"
-#include "ai/ProviderInfo.h"
 #include "platform/Keychain.h"
 
 #include "VendorTest.h"
 
-#include <QJsonDocument>
 #include <QSettings>
 
-namespace {
-
-class ProviderFactoryTest : public VendorTest
+// Whole bodies are checked with the requests of each client.
+TEST_F(VendorTest, FactoriesPickTheRelayOrTheOwnKeyAndTheFastModel)
 {
-protected:
-    // Sends one chat through the client and returns what the server received.
-    TestServer::Request sent(const std::shared_ptr<const AIProvider> &provider)
-    {
-        const qsizetype before = server.requests().size();
-        provider->chat(QStringLiteral("S"), {user(QStringLiteral("Q"))});
-        EXPECT_EQ(server.requests().size(), before + 1);
-        return server.requests().last();
-    }
-
-    static QJsonObject body(const TestServer::Request &request)
-    {
-        return QJsonDocument::fromJson(request.body).object();
-    }
-
-    static Config ownKey(const QString &provider, const QString &model)
-    {
-        Config config;
-        config.keySource = QStringLiteral("own");
-        config.provider = provider;
-        config.model = model;
-        config.effort = QStringLiteral("high");
-        return config;
-    }
-
-    static QString missingKeyName(const std::function<void()> &make)
-    {
+    using Factory = decltype(&makeProvider);
+    // On the relay the model setting is ignored, and without a built-in choice it is Claude.
+    const Config claude{.builtinAI = QStringLiteral("claude")}, openAI{.builtinAI = QStringLiteral("openai")};
+    const Config none{.builtinAI = std::nullopt};
+    const QString own = QStringLiteral("own");
+    const Config ownOpenAI{.provider = QStringLiteral("openai"), .model = QStringLiteral("gpt-5"), .keySource = own};
+    const Config ownGemini{.provider = QStringLiteral("gemini"), .model = QStringLiteral("gem"), .keySource = own};
+    // An unknown provider falls to Claude.
+    const Config stale{.provider = QStringLiteral("mistral"), .model = QStringLiteral("claude-opus-5-5"),
+                       .effort = QStringLiteral("high"), .keySource = own};
+    // What one question sends: the path, the model, the effort, and every key or session header.
+    const auto sent = [this](Factory make, const Config &config) {
         try {
-            make();
+            ask(*make(config));
         } catch (const AIError &error) {
-            EXPECT_EQ(error.kind(), AIError::Kind::MissingKey);
-            return error.displayName();
+            return QString(QStringLiteral("no key for ") + error.displayName());
         }
-        return QStringLiteral("(no error)");
-    }
-};
+        const TestServer::Request request = server.requests().last();
+        const QJsonObject body = object(request.body);
+        QStringList parts{QString::fromLatin1(request.path), body.value(u"model").toString(),
+                          body.value(u"output_config")[u"effort"].toString(),
+                          body.value(u"reasoning")[u"effort"].toString()};
+        for (const char *header : {"x-api-key", "authorization", "x-goog-api-key", "x-quillet-session"})
+            parts << QString::fromLatin1(request.header(header));
+        parts.removeAll(QString());
+        return parts.join(u' ');
+    };
+    EXPECT_EQ(sent(makeProvider, ownOpenAI), QStringLiteral("no key for ChatGPT"));
+    EXPECT_EQ(sent(makeFastProvider, ownGemini), QStringLiteral("no key for Gemini"));
+    EXPECT_EQ(sent(makeProvider, stale), QStringLiteral("no key for Claude"));
 
-} // namespace
-
-TEST(ProviderInfo, UnknownIdsFallToClaude)
-{
-    EXPECT_EQ(ProviderInfo::find(QStringLiteral("gemini")).displayName, QStringLiteral("Gemini"));
-    EXPECT_EQ(ProviderInfo::find(QStringLiteral("mistral")).id, QStringLiteral("claude"));
-    EXPECT_EQ(ProviderInfo::find(QString()).id, QStringLiteral("claude"));
-}
-
-TEST_F(ProviderFactoryTest, BuiltInAIRunsOnTheRelayWithoutAnyKey)
-{
-    Config config;  // keySource "quillet", and the fixture sets a relay address
-    ASSERT_TRUE(config.usesQuilletAI());
-    config.model = QStringLiteral("gpt-5");  // ignored on the relay
-
-    const TestServer::Request main = sent(makeProvider(config));
-    EXPECT_EQ(main.path, "/relay/anthropic/v1/messages");
-    EXPECT_EQ(body(main).value(u"model").toString(), QStringLiteral("claude-sonnet-5-5"));
-    EXPECT_EQ(body(main).value(u"output_config").toObject().value(u"effort").toString(), QStringLiteral("low"));
-    EXPECT_FALSE(main.headers.contains("x-api-key"));
-
-    const TestServer::Request fast = sent(makeFastProvider(config));
-    EXPECT_EQ(body(fast).value(u"model").toString(), QStringLiteral("claude-haiku-4-5"));
-    EXPECT_FALSE(body(fast).contains(u"output_config"));
-
-    config.builtinAI = QStringLiteral("openai");
-    const TestServer::Request openAI = sent(makeProvider(config));
-    EXPECT_EQ(openAI.path, "/relay/openai/v1/responses");
-    EXPECT_EQ(body(openAI).value(u"model").toString(), QStringLiteral("gpt-5"));
-    EXPECT_FALSE(body(openAI).contains(u"reasoning"));
-    const TestServer::Request openAIFast = sent(makeFastProvider(config));
-    EXPECT_EQ(body(openAIFast).value(u"model").toString(), QStringLiteral("gpt-5-mini"));
-    EXPECT_EQ(body(openAIFast).value(u"reasoning").toObject().value(u"effort").toString(), QStringLiteral("minimal"));
-
-    for (const std::optional<QString> &other : {std::optional(QStringLiteral("gemini")), std::optional<QString>()}) {
-        config.builtinAI = other;
-        EXPECT_EQ(sent(makeProvider(config)).path, "/relay/anthropic/v1/messages");
-    }
-}
-
-TEST_F(ProviderFactoryTest, OwnKeysRunDirectAndMissingKeysThrow)
-{
-    EXPECT_EQ(missingKeyName([] { makeProvider(ownKey(QStringLiteral("openai"), QStringLiteral("gpt-5"))); }),
-              QStringLiteral("ChatGPT"));
-    EXPECT_EQ(missingKeyName([] { makeFastProvider(ownKey(QStringLiteral("gemini"), QStringLiteral("gemini-2.5-pro"))); }),
-              QStringLiteral("Gemini"));
-    // A stale provider id falls to Claude and its key.
-    EXPECT_EQ(missingKeyName([] { makeProvider(ownKey(QStringLiteral("mistral"), QStringLiteral("claude-opus-5-5"))); }),
-              QStringLiteral("Claude"));
-
-    ASSERT_TRUE(Keychain::set(QStringLiteral("openai"), QStringLiteral("sk-oa")));
+    ASSERT_TRUE(Keychain::set(QStringLiteral("quillet-session"), QStringLiteral("tok")));
+    ASSERT_TRUE(Keychain::set(QStringLiteral("openai"), QStringLiteral("sk-o")));
     ASSERT_TRUE(Keychain::set(QStringLiteral("gemini"), QStringLiteral("AIza")));
-    ASSERT_TRUE(Keychain::set(QStringLiteral("claude"), QStringLiteral("sk-ant")));
+    ASSERT_TRUE(Keychain::set(QStringLiteral("claude"), QStringLiteral("sk-a")));
+    const std::tuple<Factory, Config, const char *> rows[] = {
+        {makeProvider, claude, "/relay/anthropic/v1/messages claude-sonnet-5-5 low tok"},
+        {makeFastProvider, claude, "/relay/anthropic/v1/messages claude-haiku-4-5 tok"},
+        {makeProvider, openAI, "/relay/openai/v1/responses gpt-5 tok"},
+        {makeFastProvider, openAI, "/relay/openai/v1/responses gpt-5-mini minimal tok"},
+        {makeProvider, none, "/relay/anthropic/v1/messages claude-sonnet-5-5 low tok"},
+        {makeProvider, ownOpenAI, "/v1/responses gpt-5 Bearer sk-o"},
+        {makeFastProvider, ownOpenAI, "/v1/responses gpt-5-mini minimal Bearer sk-o"},
+        {makeProvider, ownGemini, "/v1beta/models/gem:generateContent AIza"},
+        {makeFastProvider, ownGemini, "/v1beta/models/gemini-2.5-flash:generateContent AIza"},
+        {makeProvider, stale, "/v1/messages claude-opus-5-5 high sk-a"},
+        {makeFastProvider, stale, "/v1/messages claude-haiku-4-5 sk-a"},
+    };
+    for (const auto &[make, config, expected] : rows)
+        EXPECT_EQ(sent(make, config), QString::fromLatin1(expected));
 
-    const Config openAIConfig = ownKey(QStringLiteral("openai"), QStringLiteral("gpt-5"));
-    const TestServer::Request openAI = sent(makeProvider(openAIConfig));
-    EXPECT_EQ(openAI.path, "/v1/responses");
-    EXPECT_EQ(openAI.header("authorization"), "Bearer sk-oa");
-    EXPECT_EQ(body(openAI).value(u"model").toString(), QStringLiteral("gpt-5"));
-    EXPECT_FALSE(body(openAI).contains(u"reasoning"));
-    const TestServer::Request openAIFast = sent(makeFastProvider(openAIConfig));
-    EXPECT_EQ(body(openAIFast).value(u"model").toString(), QStringLiteral("gpt-5-mini"));
-    EXPECT_EQ(body(openAIFast).value(u"reasoning").toObject().value(u"effort").toString(), QStringLiteral("minimal"));
-
-    const Config geminiConfig = ownKey(QStringLiteral("gemini"), QStringLiteral("gemini-2.5-pro"));
-    EXPECT_EQ(sent(makeProvider(geminiConfig)).path, "/v1beta/models/gemini-2.5-pro:generateContent");
-    const TestServer::Request geminiFast = sent(makeFastProvider(geminiConfig));
-    EXPECT_EQ(geminiFast.path, "/v1beta/models/gemini-2.5-flash:generateContent");
-    EXPECT_EQ(geminiFast.header("x-goog-api-key"), "AIza");
-
-    const Config stale = ownKey(QStringLiteral("mistral"), QStringLiteral("claude-opus-5-5"));
-    const auto claude = makeProvider(stale);
-    EXPECT_EQ(claude->displayName(), QStringLiteral("Claude"));
-    const TestServer::Request main = sent(claude);
-    EXPECT_EQ(main.header("x-api-key"), "sk-ant");
-    EXPECT_EQ(body(main).value(u"model").toString(), QStringLiteral("claude-opus-5-5"));
-    EXPECT_EQ(body(main).value(u"output_config").toObject().value(u"effort").toString(), QStringLiteral("high"));
-    const TestServer::Request fast = sent(makeFastProvider(stale));
-    EXPECT_EQ(body(fast).value(u"model").toString(), QStringLiteral("claude-haiku-4-5"));
-    EXPECT_FALSE(fast.headers.contains("anthropic-beta"));
-}
-
-TEST_F(ProviderFactoryTest, WithoutARelayTheBuiltInChoiceFallsToOwnKeys)
-{
+    Keychain::remove(QStringLiteral("quillet-session"));
+    EXPECT_EQ(sent(makeProvider, none), QStringLiteral("/relay/anthropic/v1/messages claude-sonnet-5-5 low"));
+    // Without a relay the built-in choice runs on the user's own key.
     QSettings().remove(QStringLiteral("relay.url"));
-    Config config;
-    ASSERT_FALSE(config.usesQuilletAI());
-    EXPECT_EQ(missingKeyName([&] { makeProvider(config); }), QStringLiteral("Claude"));
-    ASSERT_TRUE(Keychain::set(QStringLiteral("claude"), QStringLiteral("sk-ant")));
-    EXPECT_EQ(sent(makeProvider(config)).path, "/v1/messages");
+    EXPECT_EQ(sent(makeProvider, Config()), QStringLiteral("/v1/messages claude-opus-5-5 low sk-a"));
+    Keychain::remove(QStringLiteral("claude"));
+    EXPECT_EQ(sent(makeFastProvider, Config()), QStringLiteral("no key for Claude"));
 }

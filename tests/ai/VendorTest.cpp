@@ -1,5 +1,8 @@
 #include "VendorTest.h"
 
+#include "ai/ClaudeProvider.h"
+#include "ai/GeminiProvider.h"
+#include "ai/OpenAIProvider.h"
 #include "platform/FileSecretStore.h"
 #include "platform/Keychain.h"
 #include "text/Json.h"
@@ -15,36 +18,15 @@ void VendorTest::SetUp()
     settings.setValue(QStringLiteral("relay.url"), QString(server.url() + QStringLiteral("/relay")));
 }
 
-void VendorTest::TearDown()
+std::optional<QString> VendorTest::ask(const AIProvider &provider)
 {
-    QSettings settings;
-    for (const char *key : {"ai.claude.url", "ai.openai.url", "ai.gemini.url", "relay.url"})
-        settings.remove(QString::fromLatin1(key));
+    return provider.chat(QStringLiteral("S"), {user(QStringLiteral("Q"))});
 }
 
-TestServer::Request VendorTest::onlyRequest() const
+QJsonObject VendorTest::object(const QByteArray &json)
 {
-    const QList<TestServer::Request> requests = server.requests();
-    EXPECT_EQ(requests.size(), 1);
-    return requests.value(0);
-}
-
-QJsonObject VendorTest::onlyBody() const
-{
-    const auto body = Text::Json::parseObject(onlyRequest().body);
-    EXPECT_TRUE(body) << onlyRequest().body.constData();
-    return body.value_or(QJsonObject());
-}
-
-void VendorTest::answer(const QByteArray &json, int status)
-{
-    server.enqueue(TestServer::Response::json(json, status));
-}
-
-QJsonObject VendorTest::object(const char *json)
-{
-    const auto parsed = Text::Json::parseObject(QByteArray(json));
-    EXPECT_TRUE(parsed) << json;
+    const auto parsed = Text::Json::parseObject(json);
+    EXPECT_TRUE(parsed) << json.left(200).constData();
     return parsed.value_or(QJsonObject());
 }
 
@@ -53,12 +35,14 @@ Turn VendorTest::user(const QString &content, const QList<Attachment> &attachmen
     return {QStringLiteral("user"), content, attachments};
 }
 
-Turn VendorTest::assistant(const QString &content, const QList<Attachment> &attachments)
+std::vector<std::unique_ptr<AIProvider>> VendorTest::vendors(std::chrono::milliseconds timeout)
 {
-    return {QStringLiteral("assistant"), content, attachments};
-}
-
-Attachment VendorTest::file(const QString &name, const QString &mediaType, const QByteArray &data)
-{
-    return {name, mediaType, data};
+    std::vector<std::unique_ptr<AIProvider>> all;
+    all.push_back(std::make_unique<ClaudeProvider>(ClaudeProvider::Settings{
+        .key = QStringLiteral("k"), .model = QStringLiteral("claude-opus-5-5"), .timeout = timeout}));
+    all.push_back(std::make_unique<OpenAIProvider>(OpenAIProvider::Settings{
+        .key = QStringLiteral("k"), .model = QStringLiteral("gpt-5"), .timeout = timeout}));
+    all.push_back(std::make_unique<GeminiProvider>(GeminiProvider::Settings{
+        .key = QStringLiteral("k"), .model = QStringLiteral("gemini-2.5-pro"), .timeout = timeout}));
+    return all;
 }

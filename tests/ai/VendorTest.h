@@ -4,33 +4,37 @@
 // relay (the base-address user defaults point at it, the relay under "/relay"), and a keychain in
 // a temporary file.
 
-#include "ai/Attachment.h"
-#include "ai/Turn.h"
+#include "ai/AIProvider.h"
 
 #include "QtPrinters.h"
 #include "TestServer.h"
 
+#include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <memory>
+#include <vector>
+
+inline void PrintTo(const QJsonObject &json, std::ostream *out)
+{
+    *out << QJsonDocument(json).toJson(QJsonDocument::Compact).constData();
+}
+
 class VendorTest : public ::testing::Test
 {
 protected:
     void SetUp() override;
-    void TearDown() override;
 
-    // The body of the only request so far, parsed; fails the test when there isn't exactly one.
-    QJsonObject onlyBody() const;
-    TestServer::Request onlyRequest() const;
-    // Answers the next request with this JSON text and status.
-    void answer(const QByteArray &json, int status = 200);
-
-    static QJsonObject object(const char *json);
+    static std::optional<QString> ask(const AIProvider &provider);
+    static QJsonObject object(const QByteArray &json);
     static Turn user(const QString &content, const QList<Attachment> &attachments = {});
-    static Turn assistant(const QString &content, const QList<Attachment> &attachments = {});
-    static Attachment file(const QString &name, const QString &mediaType, const QByteArray &data);
+    // Claude, ChatGPT and Gemini on a key of their own.
+    static std::vector<std::unique_ptr<AIProvider>> vendors(
+        std::chrono::milliseconds timeout = std::chrono::seconds(30));
 
     TestServer server;
     QTemporaryDir folder;
