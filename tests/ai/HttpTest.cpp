@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 // Headers and JSON bodies are checked through the chat clients.
 TEST(Http, BodiesArriveAsGivenAndRedirectsOtherProtocolsAndSchemesAreRefused)
 {
@@ -17,16 +19,13 @@ TEST(Http, BodiesArriveAsGivenAndRedirectsOtherProtocolsAndSchemesAreRefused)
     server.enqueue(ssh);
     const QUrl url(server.url());
     // Following the redirect would carry the key to another host.
-    const Http::Headers key{{QStringLiteral("x-api-key"), QStringLiteral("k")}};
-    EXPECT_EQ(Http::postJSON(url, key, {}).value().status, 301);
+    EXPECT_EQ(Http::postJSON(url, {{u"x-api-key"_s, u"k"_s}}, {}).value().status, 301);
     EXPECT_TRUE(target.requests().isEmpty());
     EXPECT_FALSE(Http::send({.url = url}));
-    EXPECT_FALSE(Http::send({.method = "GET", .url = QUrl(QStringLiteral("file:///etc/hostname"))}));
+    EXPECT_FALSE(Http::send({.method = "GET", .url = QUrl(u"file:///etc/hostname"_s)}));
     EXPECT_FALSE(Http::send({.url = QUrl()}));
 
-    QByteArray upload(3'000'000, '\0');
-    for (int i = 0; i < upload.size(); ++i)
-        upload[i] = char(i % 251);
+    const QByteArray upload = QByteArray("\0\x01\xff\r\n", 5).repeated(600'000);
     Http::send({.url = url, .body = upload});
     Http::send({.method = "GET", .url = url});
     const QList<TestServer::Request> requests = server.requests();

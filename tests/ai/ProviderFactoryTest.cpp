@@ -6,25 +6,26 @@
 
 #include <QSettings>
 
+using namespace Qt::StringLiterals;
+
 // Whole bodies are checked with the requests of each client.
 TEST_F(VendorTest, FactoriesPickTheRelayOrTheOwnKeyAndTheFastModel)
 {
     using Factory = decltype(&makeProvider);
     // On the relay the model setting is ignored, and without a built-in choice it is Claude.
-    const Config claude{.builtinAI = QStringLiteral("claude")}, openAI{.builtinAI = QStringLiteral("openai")};
+    const Config claude{.builtinAI = u"claude"_s}, openAI{.builtinAI = u"openai"_s};
     const Config none{.builtinAI = std::nullopt};
-    const QString own = QStringLiteral("own");
-    const Config ownOpenAI{.provider = QStringLiteral("openai"), .model = QStringLiteral("gpt-5"), .keySource = own};
-    const Config ownGemini{.provider = QStringLiteral("gemini"), .model = QStringLiteral("gem"), .keySource = own};
+    const QString own = u"own"_s;
+    const Config ownOpenAI{.provider = u"openai"_s, .model = u"gpt-5"_s, .keySource = own};
+    const Config ownGemini{.provider = u"gemini"_s, .model = u"gem"_s, .keySource = own};
     // An unknown provider falls to Claude.
-    const Config stale{.provider = QStringLiteral("mistral"), .model = QStringLiteral("claude-opus-5-5"),
-                       .effort = QStringLiteral("high"), .keySource = own};
+    const Config stale{.provider = u"mistral"_s, .model = u"opus"_s, .effort = u"high"_s, .keySource = own};
     // What one question sends: the path, the model, the effort, and every key or session header.
     const auto sent = [this](Factory make, const Config &config) {
         try {
             ask(*make(config));
         } catch (const AIError &error) {
-            return QString(QStringLiteral("no key for ") + error.displayName());
+            return QString(u"no key for "_s + error.displayName());
         }
         const TestServer::Request request = server.requests().last();
         const QJsonObject body = object(request.body);
@@ -36,14 +37,14 @@ TEST_F(VendorTest, FactoriesPickTheRelayOrTheOwnKeyAndTheFastModel)
         parts.removeAll(QString());
         return parts.join(u' ');
     };
-    EXPECT_EQ(sent(makeProvider, ownOpenAI), QStringLiteral("no key for ChatGPT"));
-    EXPECT_EQ(sent(makeFastProvider, ownGemini), QStringLiteral("no key for Gemini"));
-    EXPECT_EQ(sent(makeProvider, stale), QStringLiteral("no key for Claude"));
+    EXPECT_EQ(sent(makeProvider, ownOpenAI), u"no key for ChatGPT"_s);
+    EXPECT_EQ(sent(makeFastProvider, ownGemini), u"no key for Gemini"_s);
+    EXPECT_EQ(sent(makeProvider, stale), u"no key for Claude"_s);
 
-    ASSERT_TRUE(Keychain::set(QStringLiteral("quillet-session"), QStringLiteral("tok")));
-    ASSERT_TRUE(Keychain::set(QStringLiteral("openai"), QStringLiteral("sk-o")));
-    ASSERT_TRUE(Keychain::set(QStringLiteral("gemini"), QStringLiteral("AIza")));
-    ASSERT_TRUE(Keychain::set(QStringLiteral("claude"), QStringLiteral("sk-a")));
+    ASSERT_TRUE(Keychain::set(u"quillet-session"_s, u"tok"_s));
+    ASSERT_TRUE(Keychain::set(u"openai"_s, u"sk-o"_s));
+    ASSERT_TRUE(Keychain::set(u"gemini"_s, u"AIza"_s));
+    ASSERT_TRUE(Keychain::set(u"claude"_s, u"sk-a"_s));
     const std::tuple<Factory, Config, const char *> rows[] = {
         {makeProvider, claude, "/relay/anthropic/v1/messages claude-sonnet-5-5 low tok"},
         {makeFastProvider, claude, "/relay/anthropic/v1/messages claude-haiku-4-5 tok"},
@@ -54,17 +55,17 @@ TEST_F(VendorTest, FactoriesPickTheRelayOrTheOwnKeyAndTheFastModel)
         {makeFastProvider, ownOpenAI, "/v1/responses gpt-5-mini minimal Bearer sk-o"},
         {makeProvider, ownGemini, "/v1beta/models/gem:generateContent AIza"},
         {makeFastProvider, ownGemini, "/v1beta/models/gemini-2.5-flash:generateContent AIza"},
-        {makeProvider, stale, "/v1/messages claude-opus-5-5 high sk-a"},
+        {makeProvider, stale, "/v1/messages opus high sk-a"},
         {makeFastProvider, stale, "/v1/messages claude-haiku-4-5 sk-a"},
     };
     for (const auto &[make, config, expected] : rows)
         EXPECT_EQ(sent(make, config), QString::fromLatin1(expected));
 
-    Keychain::remove(QStringLiteral("quillet-session"));
-    EXPECT_EQ(sent(makeProvider, none), QStringLiteral("/relay/anthropic/v1/messages claude-sonnet-5-5 low"));
+    Keychain::remove(u"quillet-session"_s);
+    EXPECT_EQ(sent(makeProvider, none), u"/relay/anthropic/v1/messages claude-sonnet-5-5 low"_s);
     // Without a relay the built-in choice runs on the user's own key.
-    QSettings().remove(QStringLiteral("relay.url"));
-    EXPECT_EQ(sent(makeProvider, Config()), QStringLiteral("/v1/messages claude-opus-5-5 low sk-a"));
-    Keychain::remove(QStringLiteral("claude"));
-    EXPECT_EQ(sent(makeFastProvider, Config()), QStringLiteral("no key for Claude"));
+    QSettings().remove(u"relay.url"_s);
+    EXPECT_EQ(sent(makeProvider, Config()), u"/v1/messages claude-opus-5-5 low sk-a"_s);
+    Keychain::remove(u"claude"_s);
+    EXPECT_EQ(sent(makeFastProvider, Config()), u"no key for Claude"_s);
 }

@@ -9,18 +9,20 @@
 
 #include <QSettings>
 
+using namespace Qt::StringLiterals;
+
 void VendorTest::SetUp()
 {
-    Keychain::useStore(std::make_unique<FileSecretStore>(folder.filePath(QStringLiteral("secrets.json"))));
+    Keychain::useStore(std::make_unique<FileSecretStore>(folder.filePath(u"secrets.json"_s)));
     QSettings settings;
     for (const char *key : {"ai.claude.url", "ai.openai.url", "ai.gemini.url"})
         settings.setValue(QString::fromLatin1(key), server.url());
-    settings.setValue(QStringLiteral("relay.url"), QString(server.url() + QStringLiteral("/relay")));
+    settings.setValue(u"relay.url"_s, QString(server.url() + u"/relay"_s));
 }
 
 std::optional<QString> VendorTest::ask(const AIProvider &provider)
 {
-    return provider.chat(QStringLiteral("S"), {user(QStringLiteral("Q"))});
+    return provider.chat(u"S"_s, {user(u"Q"_s)});
 }
 
 QJsonObject VendorTest::object(const QByteArray &json)
@@ -32,17 +34,14 @@ QJsonObject VendorTest::object(const QByteArray &json)
 
 Turn VendorTest::user(const QString &content, const QList<Attachment> &attachments)
 {
-    return {QStringLiteral("user"), content, attachments};
+    return {u"user"_s, content, attachments};
 }
 
 std::vector<std::unique_ptr<AIProvider>> VendorTest::vendors(std::chrono::milliseconds timeout)
 {
     std::vector<std::unique_ptr<AIProvider>> all;
-    all.push_back(std::make_unique<ClaudeProvider>(ClaudeProvider::Settings{
-        .key = QStringLiteral("k"), .model = QStringLiteral("claude-opus-5-5"), .timeout = timeout}));
-    all.push_back(std::make_unique<OpenAIProvider>(OpenAIProvider::Settings{
-        .key = QStringLiteral("k"), .model = QStringLiteral("gpt-5"), .timeout = timeout}));
-    all.push_back(std::make_unique<GeminiProvider>(GeminiProvider::Settings{
-        .key = QStringLiteral("k"), .model = QStringLiteral("gemini-2.5-pro"), .timeout = timeout}));
+    all.push_back(std::make_unique<ClaudeProvider>(ClaudeProvider::Settings{.timeout = timeout}));
+    all.push_back(std::make_unique<OpenAIProvider>(OpenAIProvider::Settings{.timeout = timeout}));
+    all.push_back(std::make_unique<GeminiProvider>(GeminiProvider::Settings{.timeout = timeout}));
     return all;
 }

@@ -32,7 +32,7 @@ protected:
     static std::optional<QString> ask(const AIProvider &provider);
     static QJsonObject object(const QByteArray &json);
     static Turn user(const QString &content, const QList<Attachment> &attachments = {});
-    // Claude, ChatGPT and Gemini on a key of their own.
+    // Claude, ChatGPT and Gemini, direct; no key or model is needed by the local server.
     static std::vector<std::unique_ptr<AIProvider>> vendors(
         std::chrono::milliseconds timeout = std::chrono::seconds(30));
 
