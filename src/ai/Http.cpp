@@ -68,15 +68,6 @@ void setMethodAndBody(CURL *handle, const Request &request)
         curl_easy_setopt(handle, CURLOPT_CUSTOMREQUEST, request.method.constData());
 }
 
-bool hasHeader(const Headers &headers, QStringView name)
-{
-    for (auto it = headers.cbegin(); it != headers.cend(); ++it) {
-        if (it.key().compare(name, Qt::CaseInsensitive) == 0)
-            return true;
-    }
-    return false;
-}
-
 } // namespace
 
 std::optional<Response> send(const Request &request)
@@ -123,8 +114,7 @@ std::optional<JsonReply> postJSON(const QUrl &url, const Headers &headers, const
 {
     Request request{.url = url, .headers = headers,
                     .body = QJsonDocument(body).toJson(QJsonDocument::Compact), .timeout = timeout};
-    if (!hasHeader(headers, u"Content-Type"))
-        request.headers.insert(QStringLiteral("Content-Type"), QStringLiteral("application/json"));
+    request.headers.insert(QStringLiteral("Content-Type"), QStringLiteral("application/json"));
     const auto response = send(request);
     if (!response)
         return std::nullopt;

@@ -55,8 +55,8 @@ struct JsonReply
     QJsonObject json;  // the answer's top-level object; empty when the body is anything else
 };
 
-// POSTs the object compactly serialised, with "Content-Type" "application/json" unless headers set
-// another; the headers are added after it. A non-JSON error page still gives its status.
+// POSTs the object compactly serialised as "application/json". A non-JSON error page still gives
+// its status.
 std::optional<JsonReply> postJSON(const QUrl &url, const Headers &headers, const QJsonObject &body,
                                   std::chrono::milliseconds timeout = defaultTimeout);
 
