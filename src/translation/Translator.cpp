@@ -141,9 +141,7 @@ void Translator::translate(const QString &text, Done done)
         done(text);
         return;
     }
-    auto lane = lanes_.find(detected);
-    if (lane == lanes_.end())
-        lane = lanes_.find(primary_);
+    const auto lane = lanes_.find(detected);
     if (lane == lanes_.end()) {
         done(std::nullopt);
         return;
