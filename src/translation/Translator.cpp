@@ -154,6 +154,5 @@ QString Translator::detect(const QString &text) const
     // No languages in play yet: nothing restricts the guess.
     const std::optional<QString> dominant = candidates_.isEmpty() ? LanguageIdentifier::dominant(text)
                                                                   : LanguageIdentifier::dominant(text, candidates_);
-    const QString found = dominant.value_or(primary_);
-    return found.startsWith(u"zh") ? QStringLiteral("zh-Hans") : found;
+    return code(dominant.value_or(primary_));
 }
