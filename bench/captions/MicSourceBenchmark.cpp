@@ -7,9 +7,9 @@
 // busy machine's scheduler adds. Also the recogniser's real-time factor (seconds of work per
 // second of sound) and the conversion of one 4096-frame buffer.
 
-#include "captions/MicHub.h"
 #include "captions/MicSource.h"
 #include "platform/AudioConverter.h"
+#include "platform/MicHub.h"
 #include "platform/PocketSphinxRecognizer.h"
 #include "platform/WavFile.h"
 #include "platform/WavFileInput.h"

@@ -1,7 +1,7 @@
 // What recording costs: the processor time, over all threads, that the recorder spends on an
 // hour of microphone sound (mixing down on the audio thread, encoding and writing on its own).
 
-#include "captions/MicHub.h"
+#include "platform/MicHub.h"
 #include "session/AudioRecorder.h"
 
 #include "FakeAudioInput.h"

@@ -1,14 +1,13 @@
 #include "account/Relay.h"
 
 #include "platform/Keychain.h"
-
-#include <QSettings>
+#include "settings/UserDefaults.h"
 
 namespace Relay {
 
 QString baseURL()
 {
-    return QSettings().value(QStringLiteral("relay.url")).toString();
+    return UserDefaults::address(UserDefaults::relayURL);
 }
 
 bool available()

@@ -4,7 +4,6 @@
 #include "text/Json.h"
 
 #include <QJsonArray>
-#include <QSettings>
 
 namespace ChatCall {
 
@@ -37,16 +36,6 @@ std::optional<QString> exchange(const QString &name, const QUrl &url, const Http
     if (reply->status != 200)
         return errorText(name, reply->status, reply->json);
     return read(reply->json);
-}
-
-QString baseURL(const QString &settingKey, const QString &vendorAddress)
-{
-    QString base = QSettings().value(settingKey).toString().trimmed();
-    if (base.isEmpty())
-        base = vendorAddress;
-    while (base.endsWith(u'/'))
-        base.chop(1);
-    return base;
 }
 
 QJsonObject message(const QString &role, const QString &text, const QList<Attachment> &files,

@@ -4,8 +4,8 @@
 // post the JSON, then word a failure for the user or read the reply. Every failure text starts
 // with "（" so that callers can tell it from a reply. Blocking; worker threads only.
 
-#include "ai/Http.h"
 #include "ai/Turn.h"
+#include "platform/Http.h"
 
 #include <QJsonObject>
 #include <QList>
@@ -29,10 +29,6 @@ QString errorText(const QString &name, int status, const QJsonObject &json);
 std::optional<QString> exchange(const QString &name, const QUrl &url, const Http::Headers &headers,
                                 const QJsonObject &body, std::chrono::milliseconds timeout,
                                 const Reader &read);
-
-// A vendor's base address: the user default under settingKey when set (a compatible gateway, or
-// a local test server), else the vendor's own; without a trailing slash.
-QString baseURL(const QString &settingKey, const QString &vendorAddress);
 
 using BlockMaker = QJsonObject (*)(const Attachment &attachment);
 using TextBlockMaker = QJsonObject (*)(const QString &text);

@@ -1,6 +1,6 @@
 #include "ai/ChatTask.h"
 
-#include "ai/Http.h"
+#include "platform/Http.h"
 
 #include <QFutureWatcher>
 #include <QtConcurrent/QtConcurrentRun>

@@ -2,6 +2,7 @@
 
 #include "account/Relay.h"
 #include "ai/ChatCall.h"
+#include "settings/UserDefaults.h"
 #include "text/Json.h"
 
 #include <QJsonArray>
@@ -58,7 +59,7 @@ QUrl ClaudeProvider::endpoint() const
 {
     if (settings_.viaRelay)
         return Relay::url(QStringLiteral("/anthropic/v1/messages"));
-    return QUrl(ChatCall::baseURL(QStringLiteral("ai.claude.url"), QStringLiteral("https://api.anthropic.com"))
+    return QUrl(UserDefaults::address(UserDefaults::claudeURL, QStringLiteral("https://api.anthropic.com"))
                 + QStringLiteral("/v1/messages"));
 }
 

@@ -5,7 +5,7 @@
 // threads at once and leaves nothing behind.
 
 #include "ai/AIProvider.h"
-#include "ai/Http.h"
+#include "platform/Http.h"
 
 #include <QJsonObject>
 

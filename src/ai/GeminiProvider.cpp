@@ -1,6 +1,7 @@
 #include "ai/GeminiProvider.h"
 
 #include "ai/ChatCall.h"
+#include "settings/UserDefaults.h"
 #include "text/Json.h"
 
 #include <QJsonArray>
@@ -59,7 +60,7 @@ QString GeminiProvider::readReply(const QJsonObject &reply)
 
 QUrl GeminiProvider::endpoint() const
 {
-    return QUrl(ChatCall::baseURL(QStringLiteral("ai.gemini.url"),
+    return QUrl(UserDefaults::address(UserDefaults::geminiURL,
                                   QStringLiteral("https://generativelanguage.googleapis.com"))
                 + QStringLiteral("/v1beta/models/") + QString::fromLatin1(QUrl::toPercentEncoding(settings_.model))
                 + QStringLiteral(":generateContent"));

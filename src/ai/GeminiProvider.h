@@ -5,7 +5,7 @@
 // threads at once and leaves nothing behind. It never gives "no value".
 
 #include "ai/AIProvider.h"
-#include "ai/Http.h"
+#include "platform/Http.h"
 
 #include <QJsonObject>
 

@@ -2,6 +2,7 @@
 
 #include "account/Relay.h"
 #include "ai/ChatCall.h"
+#include "settings/UserDefaults.h"
 
 #include <QJsonArray>
 
@@ -57,7 +58,7 @@ QUrl OpenAIProvider::endpoint() const
 {
     if (settings_.viaRelay)
         return Relay::url(QStringLiteral("/openai/v1/responses"));
-    return QUrl(ChatCall::baseURL(QStringLiteral("ai.openai.url"), QStringLiteral("https://api.openai.com"))
+    return QUrl(UserDefaults::address(UserDefaults::openaiURL, QStringLiteral("https://api.openai.com"))
                 + QStringLiteral("/v1/responses"));
 }
 

@@ -5,7 +5,7 @@
 // at once and leaves nothing behind. It never gives "no value": there is no refusal case here.
 
 #include "ai/AIProvider.h"
-#include "ai/Http.h"
+#include "platform/Http.h"
 
 #include <QJsonObject>
 

@@ -1,11 +1,12 @@
 #include "ai/ProviderFactory.h"
 
+#include "account/Relay.h"
 #include "ai/AIError.h"
 #include "ai/ClaudeProvider.h"
 #include "ai/GeminiProvider.h"
 #include "ai/OpenAIProvider.h"
-#include "ai/ProviderInfo.h"
 #include "platform/Keychain.h"
+#include "settings/ProviderInfo.h"
 
 namespace {
 
@@ -55,7 +56,7 @@ std::shared_ptr<const AIProvider> direct(const Config &config, Use use)
 
 std::shared_ptr<const AIProvider> make(const Config &config, Use use)
 {
-    return config.usesQuilletAI() ? viaRelay(config, use) : direct(config, use);
+    return config.usesQuilletAI(Relay::available()) ? viaRelay(config, use) : direct(config, use);
 }
 
 } // namespace

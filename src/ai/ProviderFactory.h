@@ -10,7 +10,7 @@
 // shared: callers on several threads may hold it and call chat() at once.
 
 #include "ai/AIProvider.h"
-#include "app/Config.h"
+#include "settings/Config.h"
 
 #include <memory>
 

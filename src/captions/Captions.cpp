@@ -1,10 +1,11 @@
 #include "captions/Captions.h"
 
-#include "app/Config.h"
+#include "account/Relay.h"
 #include "captions/CloudSource.h"
 #include "captions/MicSource.h"
 #include "captions/UnavailableSource.h"
 #include "platform/PocketSphinxRecognizer.h"
+#include "settings/Config.h"
 
 std::unique_ptr<CaptionSource> makeSource(const Config &config, MicHub &hub)
 {
@@ -16,7 +17,7 @@ std::unique_ptr<CaptionSource> makeSource(const Config &config, MicHub &hub)
     if (config.recognizer == u"cloud")
         return std::make_unique<CloudSource>(
             CloudSource::Settings{config.cloudModel.value_or(QStringLiteral("gpt-4o-mini-transcribe")), locales,
-                                  config.usesQuilletAI()},
+                                  config.usesQuilletAI(Relay::available())},
             hub, PocketSphinxRecognizer::factory());
     return std::make_unique<MicSource>(locales, hub, PocketSphinxRecognizer::factory());
 }

@@ -3,6 +3,7 @@
 #include "account/Relay.h"
 #include "ai/ChatCall.h"
 #include "platform/LanguageIdentifier.h"
+#include "settings/UserDefaults.h"
 
 #include <QLocale>
 #include <QUuid>
@@ -122,6 +123,6 @@ QUrl CloudRequest::endpoint() const
 {
     if (settings_.viaRelay)
         return Relay::url(QStringLiteral("/openai/v1/audio/transcriptions"));
-    return QUrl(ChatCall::baseURL(QStringLiteral("speech.url"), QStringLiteral("https://api.openai.com"))
+    return QUrl(UserDefaults::address(UserDefaults::speechURL, QStringLiteral("https://api.openai.com"))
                 + QStringLiteral("/v1/audio/transcriptions"));
 }

@@ -8,7 +8,7 @@
 //
 // A value; make() reads the settings and keychain afresh and may be called from any thread.
 
-#include "ai/Http.h"
+#include "platform/Http.h"
 
 #include <QByteArray>
 #include <QString>

@@ -2,12 +2,12 @@
 
 #include "captions/CloudTranscript.h"
 #include "captions/CloudUploader.h"
-#include "captions/MicHub.h"
 #include "captions/MicSource.h"
 #include "captions/SegmentQueue.h"
 #include "captions/Segmenter.h"
 #include "platform/AudioConverter.h"
 #include "platform/Keychain.h"
+#include "platform/MicHub.h"
 
 // The audio thread's side: converts each microphone buffer to 16 kHz mono, segments it, and
 // queues each cut for the uploader.

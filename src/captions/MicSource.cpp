@@ -1,9 +1,9 @@
 #include "captions/MicSource.h"
 
-#include "captions/MicHub.h"
 #include "captions/Sentences.h"
 #include "platform/AudioConverter.h"
 #include "platform/LanguageIdentifier.h"
+#include "platform/MicHub.h"
 #include "text/Characters.h"
 #include "text/Regex.h"
 

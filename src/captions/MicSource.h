@@ -12,7 +12,7 @@
 // waits for the readers, at most one step of recognition. The hub must outlive the source.
 
 #include "captions/CaptionSource.h"
-#include "captions/MicHub.h"
+#include "platform/MicHub.h"
 #include "platform/SpeechRecognizer.h"
 
 #include <QStringList>

@@ -13,10 +13,10 @@
 // A stopped Engine isn't started again.
 
 #include "ai/AIProvider.h"
-#include "app/Config.h"
 #include "captions/CaptionSource.h"
 #include "engine/EngineCallbacks.h"
 #include "engine/Switches.h"
+#include "settings/Config.h"
 #include "text/Clock.h"
 
 #include <QString>

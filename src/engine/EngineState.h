@@ -7,12 +7,12 @@
 // holds the lock while calling out.
 
 #include "ai/AIProvider.h"
-#include "app/Config.h"
 #include "engine/EngineCallbacks.h"
 #include "engine/LectureScript.h"
 #include "engine/Prompts.h"
 #include "engine/Switches.h"
 #include "engine/VocabularyTerm.h"
+#include "settings/Config.h"
 #include "text/Clock.h"
 
 #include <QHash>

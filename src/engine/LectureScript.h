@@ -5,7 +5,7 @@
 // language and makes the keys that recognise a sentence again whatever its punctuation, spacing,
 // digits and foreign words. Immutable after construction; safe from any thread.
 
-#include "app/Config.h"
+#include "settings/Config.h"
 #include "text/Regex.h"
 
 #include <QString>

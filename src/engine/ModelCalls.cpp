@@ -1,6 +1,6 @@
 #include "engine/ModelCalls.h"
 
-#include "ai/Http.h"
+#include "platform/Http.h"
 #include "text/Characters.h"
 #include "text/Json.h"
 #include "text/Regex.h"

@@ -4,7 +4,7 @@
 // operations that fill them. The wording, the "SKIP" marker, the JSON shapes asked for and the
 // label "意思：" are what the reply parsers and the cards rely on. Pure; safe from any thread.
 
-#include "app/Config.h"
+#include "settings/Config.h"
 
 #include <QHash>
 #include <QString>

@@ -2,7 +2,7 @@
 
 // The four things a student can switch on and off during class. A plain value.
 
-#include "app/Config.h"
+#include "settings/Config.h"
 
 struct Switches
 {

@@ -2,14 +2,13 @@
 
 #include "platform/QtAudioInput.h"
 #include "platform/WavFileInput.h"
-
-#include <QSettings>
+#include "settings/UserDefaults.h"
 
 AudioInput::~AudioInput() = default;
 
 std::unique_ptr<AudioInput> AudioInput::create()
 {
-    const QString file = QSettings().value(QStringLiteral("mic.file")).toString();
+    const QString file = UserDefaults::text(UserDefaults::micFile);
     if (file.isEmpty())
         return std::make_unique<QtAudioInput>();
     // Stateless, so one clock serves every file input of the program.

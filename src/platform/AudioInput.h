@@ -6,7 +6,8 @@
 // start() and format() may block briefly and are called from any thread but the audio thread.
 // The receiver runs on the input's own audio thread, one buffer after another. stop() never
 // waits for that thread, so it may be called from the receiver itself; a buffer already under
-// way may still arrive after it. A start() after a stop() begins a fresh run.
+// way may still arrive after it. A start() after a stop() begins a fresh run. The destructor
+// returns once the audio thread has ended: no receiver call follows it.
 
 #include "platform/AudioBuffer.h"
 

@@ -1,7 +1,7 @@
 #include "session/AudioRecorder.h"
 
-#include "captions/MicHub.h"
-#include "session/AacWriter.h"
+#include "platform/AacWriter.h"
+#include "platform/MicHub.h"
 
 #include <condition_variable>
 #include <mutex>

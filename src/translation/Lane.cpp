@@ -1,6 +1,6 @@
 #include "translation/Lane.h"
 
-#include "ai/Http.h"
+#include "platform/Http.h"
 
 #include <QCoreApplication>
 #include <QThreadPool>

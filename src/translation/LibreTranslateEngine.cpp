@@ -1,11 +1,11 @@
+#include "settings/UserDefaults.h"
 #include "translation/LibreTranslateEngine.h"
 
-#include "ai/Http.h"
+#include "platform/Http.h"
 #include "text/Json.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QSettings>
 
 namespace {
 
@@ -29,7 +29,7 @@ QUrl endpoint(const QUrl &base, const QString &path)
 
 QUrl LibreTranslateEngine::configuredUrl()
 {
-    return QUrl(QSettings().value(QStringLiteral("translate.url"), QStringLiteral("http://127.0.0.1:5000")).toString());
+    return QUrl(UserDefaults::address(UserDefaults::translateURL, QStringLiteral("http://127.0.0.1:5000")));
 }
 
 LibreTranslateEngine::LibreTranslateEngine(QUrl base)

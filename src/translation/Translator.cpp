@@ -1,6 +1,6 @@
 #include "translation/Translator.h"
 
-#include "ai/Http.h"
+#include "platform/Http.h"
 #include "platform/LanguageIdentifier.h"
 #include "text/Characters.h"
 #include "translation/LibreTranslateEngine.h"

@@ -9,7 +9,7 @@
 // blocks. Texts of one lane complete in order, lanes independently. The owner (one Translator for
 // the application's life) sets onNote and the fallback provider, which it shares.
 
-#include "app/Language.h"
+#include "settings/Language.h"
 #include "translation/Lane.h"
 
 #include <QObject>

@@ -1,7 +1,7 @@
 #include "captions/Captions.h"
 
-#include "app/Config.h"
-#include "captions/MicHub.h"
+#include "platform/MicHub.h"
+#include "settings/Config.h"
 
 #include "FakeAudioInput.h"
 #include "QtPrinters.h"

@@ -1,12 +1,12 @@
 #include "captions/CloudSource.h"
 
-#include "app/Config.h"
 #include "captions/Captions.h"
 #include "captions/CloudUploader.h"
-#include "captions/MicHub.h"
 #include "platform/FileSecretStore.h"
 #include "platform/Keychain.h"
 #include "platform/Log.h"
+#include "platform/MicHub.h"
+#include "settings/Config.h"
 #include "text/Regex.h"
 
 #include "EventLoop.h"

@@ -1,5 +1,5 @@
-#include "captions/MicHub.h"
 #include "captions/MicSource.h"
+#include "platform/MicHub.h"
 #include "platform/PocketSphinxRecognizer.h"
 #include "platform/QtAudioInput.h"
 #include "platform/WavFileInput.h"

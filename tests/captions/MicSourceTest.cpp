@@ -1,5 +1,5 @@
-#include "captions/MicHub.h"
 #include "captions/MicSource.h"
+#include "platform/MicHub.h"
 
 #include "FakeAudioInput.h"
 #include "QtPrinters.h"

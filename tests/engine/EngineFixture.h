@@ -8,8 +8,8 @@
 #include "ManualClock.h"
 #include "QtPrinters.h"
 #include "ScriptedSource.h"
-#include "ai/Http.h"
 #include "engine/Engine.h"
+#include "platform/Http.h"
 
 #include <QStringList>
 #include <QThreadPool>

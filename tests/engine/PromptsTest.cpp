@@ -1,6 +1,6 @@
 #include "QtPrinters.h"
-#include "app/Config.h"
 #include "engine/Prompts.h"
+#include "settings/Config.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 //
 // Usage: session_recording_child <documents folder> <wav file>
 
-#include "captions/MicHub.h"
+#include "platform/MicHub.h"
 #include "platform/WavFileInput.h"
 #include "session/LiveSession.h"
 #include "session/SessionStore.h"

@@ -5,7 +5,7 @@
 // put whole, and sound made and checked. Dates read in one zone and language whatever the machine
 // says: Seoul (UTC+9, no daylight saving) shows that folder names are local time.
 
-#include "captions/MicHub.h"
+#include "platform/MicHub.h"
 #include "session/SessionStore.h"
 
 #include "FakeAudioInput.h"

@@ -1,4 +1,4 @@
-#include "ai/Http.h"
+#include "platform/Http.h"
 
 #include "text/Json.h"
 

@@ -1,4 +1,4 @@
-#include "session/AacWriter.h"
+#include "platform/AacWriter.h"
 
 #include <QFile>
 

@@ -1,4 +1,4 @@
-#include "captions/MicHub.h"
+#include "platform/MicHub.h"
 
 MicHub::Error::Error(const QString &message)
     : std::runtime_error(message.toStdString())
@@ -18,7 +18,9 @@ MicHub::MicHub(std::unique_ptr<AudioInput> input)
 
 MicHub::~MicHub()
 {
-    input_->stop();
+    // The input's destructor joins its audio thread; the listeners and the lock that thread reads
+    // may only go after that.
+    input_.reset();
 }
 
 AudioFormat MicHub::format()

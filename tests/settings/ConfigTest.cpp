@@ -1,4 +1,4 @@
-#include "app/Config.h"
+#include "settings/Config.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -88,12 +88,10 @@ TEST(Config, LanguagesAndTheRelayChoice)
         extras << language.id;
     EXPECT_EQ(extras, QString::fromLatin1("French,Simplified Chinese,French,Korean").split(u','));
 
-    QSettings().remove(QStringLiteral("relay.url"));
-    EXPECT_FALSE(config.usesQuilletAI());
-    QSettings().setValue(QStringLiteral("relay.url"), QStringLiteral("https://relay.example"));
-    EXPECT_TRUE(config.usesQuilletAI());
+    EXPECT_FALSE(config.usesQuilletAI(false));
+    EXPECT_TRUE(config.usesQuilletAI(true));
     config.keySource.reset();
-    EXPECT_TRUE(config.usesQuilletAI());
+    EXPECT_TRUE(config.usesQuilletAI(true));
     config.keySource = QStringLiteral("own");
-    EXPECT_FALSE(config.usesQuilletAI());
+    EXPECT_FALSE(config.usesQuilletAI(true));
 }

@@ -6,7 +6,7 @@
 // Optional fields stay without a value when a stored record lacks them; each reader applies its
 // fallback where it uses the field, so older records load without migration.
 
-#include "app/Language.h"
+#include "settings/Language.h"
 
 #include <QList>
 #include <QString>
@@ -65,7 +65,7 @@ struct Config
     // The extra languages in order, duplicates kept, the lecture language left out.
     QList<Language> extras() const;
     // AI through the relay: keySource is "quillet" (or unset) and the relay is available.
-    bool usesQuilletAI() const;
+    bool usesQuilletAI(bool relayAvailable) const;
 
     friend bool operator==(const Config &, const Config &) = default;
 };

@@ -1,9 +1,15 @@
-#include "captions/MicHub.h"
+#include "platform/MicHub.h"
 
+#include "AudioFiles.h"
 #include "FakeAudioInput.h"
+#include "platform/WavFileInput.h"
+#include "text/Clock.h"
 
 #include <gtest/gtest.h>
 
+#include <QTemporaryDir>
+
+#include <atomic>
 #include <latch>
 #include <thread>
 
@@ -92,6 +98,28 @@ TEST_F(MicHubTest, ConcurrentFirstListenersStartTheInputOnce)
         hub.remove(ids[0]);
         hub.remove(ids[1]);
         EXPECT_EQ(input->counts().stops, round);
+    }
+}
+
+TEST(MicHubTeardownTest, DestroyedWhileAudioFlowsJoinsTheAudioThreadFirst)
+{
+    QTemporaryDir folder;
+    const QString wav = soxFile(folder.path(), QStringLiteral("tone.wav"), {QStringLiteral("-n")},
+                                {QStringLiteral("-r"), QStringLiteral("48000"), QStringLiteral("-c"), QStringLiteral("2")},
+                                {QStringLiteral("synth"), QStringLiteral("30"), QStringLiteral("sine"), QStringLiteral("440")});
+    ASSERT_FALSE(wav.isEmpty());
+    Text::SystemClock clock;
+    for (int round = 0; round < 20; ++round) {
+        std::atomic<int> buffers = 0;
+        auto hub = std::make_unique<MicHub>(
+            std::make_unique<WavFileInput>(wav, WavFileInput::Pace::AsFastAsPossible, clock));
+        hub->add([&buffers](const AudioBuffer &) { ++buffers; });
+        while (buffers < 3)
+            std::this_thread::yield();
+        hub.reset();
+        const int afterwards = buffers;
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        EXPECT_EQ(buffers, afterwards) << "no buffer reaches a listener of a destroyed hub";
     }
 }
 

@@ -60,7 +60,7 @@ private:
     // Under mutex_: makes the snapshot the audio thread reads.
     void publish();
 
-    const std::unique_ptr<AudioInput> input_;
+    std::unique_ptr<AudioInput> input_;
     std::mutex starting_;           // one add() at a time may start the input
     mutable std::mutex mutex_;      // guards the fields below; never held while waiting
     QHash<QUuid, Listener> listeners_;

@@ -1,6 +1,5 @@
-#include "app/Config.h"
+#include "settings/Config.h"
 
-#include "account/Relay.h"
 #include "text/Json.h"
 
 #include <QJsonArray>
@@ -136,7 +135,7 @@ QList<Language> Config::extras() const
     return languages;
 }
 
-bool Config::usesQuilletAI() const
+bool Config::usesQuilletAI(bool relayAvailable) const
 {
-    return keySource.value_or(QStringLiteral("quillet")) == u"quillet" && Relay::available();
+    return relayAvailable && keySource.value_or(QStringLiteral("quillet")) == u"quillet";
 }

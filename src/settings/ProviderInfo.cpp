@@ -1,4 +1,4 @@
-#include "ai/ProviderInfo.h"
+#include "settings/ProviderInfo.h"
 
 const QList<ProviderInfo> &ProviderInfo::all()
 {

@@ -1,0 +1,27 @@
+#pragma once
+
+// Every user default key the core reads, in one place. The settings record itself is stored under
+// Config::key; these are the small addresses and switches a user or a test sets by hand.
+
+#include <QString>
+
+namespace UserDefaults {
+
+// Base address of the relay; unset means no relay, so AI runs on the user's own keys.
+inline constexpr auto relayURL = "relay.url";
+// Replacements for the vendors' addresses (an OpenAI-compatible or a local test server).
+inline constexpr auto claudeURL = "ai.claude.url";
+inline constexpr auto openaiURL = "ai.openai.url";
+inline constexpr auto geminiURL = "ai.gemini.url";
+inline constexpr auto speechURL = "speech.url";
+// The LibreTranslate-compatible server of on-device translation.
+inline constexpr auto translateURL = "translate.url";
+// A WAV file that stands in for the microphone.
+inline constexpr auto micFile = "mic.file";
+
+// The stored text of a key, trimmed; empty when unset.
+QString text(const char *key);
+// A server address from a key: trimmed, without trailing slashes, fallback when unset.
+QString address(const char *key, const QString &fallback = {});
+
+} // namespace UserDefaults
