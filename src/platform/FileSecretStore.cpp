@@ -1,12 +1,12 @@
 #include "platform/FileSecretStore.h"
 
+#include "platform/AtomicFile.h"
 #include "text/Json.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
-#include <QSaveFile>
 
 FileSecretStore::FileSecretStore(QString path)
     : path_(std::move(path))
@@ -53,11 +53,6 @@ QJsonObject FileSecretStore::load() const
 bool FileSecretStore::store(const QJsonObject &all) const
 {
     QDir().mkpath(QFileInfo(path_).absolutePath());
-    QSaveFile file(path_);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    // Narrow the permissions before a single secret byte is written.
-    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    file.write(QJsonDocument(all).toJson(QJsonDocument::Compact));
-    return file.commit();
+    return AtomicFile::write(path_, QJsonDocument(all).toJson(QJsonDocument::Compact),
+                             QFileDevice::ReadOwner | QFileDevice::WriteOwner);
 }

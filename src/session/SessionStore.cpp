@@ -1,5 +1,6 @@
 #include "session/SessionStore.h"
 
+#include "platform/AtomicFile.h"
 #include "text/Clock.h"
 
 #include <QDir>
@@ -7,7 +8,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -37,16 +37,6 @@ QString productFolder()
 QString inFolder(const QString &folder, QStringView name)
 {
     return folder + u'/' + name;
-}
-
-// Writes beside the file and renames over it only when every byte is written. The explicit
-// flush matters: commit() doesn't notice a failure of the flush it does itself (a full disk), and
-// an unfinished QSaveFile discards its temporary file.
-void writeAtomically(const QString &path, const QByteArray &bytes)
-{
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush())
-        file.commit();
 }
 
 std::optional<QByteArray> readFile(const QString &path)
@@ -145,12 +135,12 @@ QString unique(const QString &path)
 
 void write(const SessionData &data, const QString &folder)
 {
-    writeAtomically(inFolder(folder, recordFile), data.toJson());
-    writeAtomically(inFolder(folder, u"文字稿.md"), SessionText::transcriptMarkdown(data).toUtf8());
+    AtomicFile::write(inFolder(folder, recordFile), data.toJson());
+    AtomicFile::write(inFolder(folder, u"文字稿.md"), SessionText::transcriptMarkdown(data).toUtf8());
     if (data.vocabulary && !data.vocabulary->isEmpty())
-        writeAtomically(inFolder(folder, u"单词表.md"), SessionText::vocabularyMarkdown(data).toUtf8());
+        AtomicFile::write(inFolder(folder, u"单词表.md"), SessionText::vocabularyMarkdown(data).toUtf8());
     if (!data.notes.isEmpty() || data.summary)
-        writeAtomically(inFolder(folder, u"AI笔记.md"), SessionText::notesMarkdown(data).toUtf8());
+        AtomicFile::write(inFolder(folder, u"AI笔记.md"), SessionText::notesMarkdown(data).toUtf8());
 }
 
 std::optional<SessionData> load(const QString &folder)
@@ -288,7 +278,7 @@ void addToWordBook(const QList<SessionData::Term> &terms, const QString &title,
     if (fresh.isEmpty())
         return;
     book += SessionText::wordBookSection(fresh, title, category);
-    writeAtomically(wordBook(), book.toUtf8());
+    AtomicFile::write(wordBook(), book.toUtf8());
 }
 
 QString myNotes(const QString &folder)
@@ -299,12 +289,12 @@ QString myNotes(const QString &folder)
 
 void saveMyNotes(const QString &text, const QString &folder)
 {
-    writeAtomically(inFolder(folder, myNotesFile), text.toUtf8());
+    AtomicFile::write(inFolder(folder, myNotesFile), text.toUtf8());
 }
 
 void saveLiveTranscript(const SessionData &data, const QString &folder)
 {
-    writeAtomically(inFolder(folder, u"文字稿（实时版）.md"), SessionText::transcriptMarkdown(data).toUtf8());
+    AtomicFile::write(inFolder(folder, u"文字稿（实时版）.md"), SessionText::transcriptMarkdown(data).toUtf8());
 }
 
 } // namespace SessionStore
