@@ -130,9 +130,15 @@ void Corrector::add(int id, const QString &text)
     flush();
 }
 
+void Corrector::cancel()
+{
+    cancelled_ = true;
+    pending_.clear();
+}
+
 void Corrector::flush()
 {
-    if (busy_ || pending_.isEmpty())
+    if (cancelled_ || busy_ || pending_.isEmpty())
         return;
     const QList<Row> batch = std::exchange(pending_, {});
     busy_ = true;
@@ -157,6 +163,8 @@ QString Corrector::prompt(const QList<Row> &batch) const
 
 void Corrector::finish(const QList<Row> &batch, const std::optional<QString> &reply)
 {
+    if (cancelled_)
+        return;
     const std::optional<QList<Fix>> fixes = parse(reply, batch.size());
     if (!fixes)
         Log::write(QStringLiteral("AI 纠错 no usable reply: ") + (reply ? Text::prefix(*reply, 200) : QStringLiteral("nil")));

@@ -6,8 +6,8 @@
 // Main thread only: add() and the handling of each reply run there; only the model call runs on
 // the thread pool, at most one at a time. Rows that arrive while a call runs form the next batch.
 // onFix is called on the main thread. Held by std::shared_ptr: a call in flight keeps its
-// Corrector alive until the reply is handled, so rows closed just before the owner replaced it
-// still get their fix.
+// Corrector alive until the reply is handled, so rows closed just before the owner let go of it
+// still get their fix, unless the owner cancel()s it first.
 
 #include "ai/AIProvider.h"
 
@@ -33,6 +33,8 @@ public:
     Corrector &operator=(Corrector &&) = delete;
 
     void add(int id, const QString &text);
+    // Drops the rows waiting and every reply still to come: onFix is not called any more.
+    void cancel();
 
     // (row id, fixed text, translation of the fixed text)
     std::function<void(int, const QString &, const QString &)> onFix = [](int, const QString &, const QString &) {};
@@ -56,4 +58,5 @@ private:
     QList<Row> pending_;
     QStringList context_;
     bool busy_ = false;
+    bool cancelled_ = false;
 };

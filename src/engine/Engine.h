@@ -10,7 +10,8 @@
 // callbacks before start(): the loop and its tasks use them as they were then. The transcript
 // readers and setSwitches() may be called from any thread. stop() (and the destructor) returns
 // once the loop has ended: at once from a sleep, else when the source call in progress returns.
-// A stopped Engine isn't started again.
+// From the moment stop() returns no callback runs any more, not even for a model call that
+// answers later. A stopped Engine isn't started again.
 
 #include "ai/AIProvider.h"
 #include "captions/CaptionSource.h"
@@ -25,6 +26,7 @@
 #include <stop_token>
 #include <thread>
 
+class CallGate;
 class EngineState;
 
 class Engine final : public EngineCallbacks
@@ -66,6 +68,7 @@ private:
 
     std::shared_ptr<EngineState> state_;
     std::unique_ptr<CaptionSource> source_;
+    std::shared_ptr<CallGate> gate_;
     bool started_ = false;
     // Written by the loop thread; read after it has been joined.
     bool sourceStopped_ = false;

@@ -3,6 +3,7 @@
 #include "EventLoop.h"
 #include "FakeProvider.h"
 #include "QtPrinters.h"
+#include "platform/Http.h"
 #include "platform/Log.h"
 
 #include <QCoreApplication>
@@ -12,6 +13,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QThread>
+#include <QThreadPool>
 
 #include <gtest/gtest.h>
 
@@ -66,7 +68,7 @@ protected:
     void TearDown() override
     {
         if (corrector)
-            corrector->onFix = [](int, const QString &, const QString &) {};
+            corrector->cancel();
         provider->release();
     }
 
@@ -210,6 +212,20 @@ Reply with only a JSON array of the same length, in order: [{"text": "...", "tra
     provider->release();
     ASSERT_TRUE(runEventsUntil([this] { return fixes.size() == 5; }));
     EXPECT_EQ(fixes.last(), u"7 마지막 줄 | 译"_s);
+
+    // A cancelled one drops the rows waiting and the reply still to come.
+    corrector = Corrector::make(provider, u"Korean"_s, u"Simplified Chinese"_s);
+    corrector->onFix = [this](int id, const QString &text, const QString &) { fixes << QString::number(id) + text; };
+    provider->hold();
+    corrector->add(8, u"늦은 줄"_s);
+    ASSERT_TRUE(provider->waitForCalls(4));
+    corrector->add(9, u"기다리는 줄"_s);
+    corrector->cancel();
+    provider->release();
+    Http::taskPool().waitForDone();
+    runEventsFor(std::chrono::milliseconds(50));
+    EXPECT_EQ(fixes.size(), 5);
+    EXPECT_EQ(provider->calls().size(), 4);
 }
 
 TEST_F(CorrectorTest, RepliesAreReadOutOfChatterAndFencesAndUnusableOnesAreLogged)

@@ -163,8 +163,29 @@ TEST_F(EngineTest, StopEndsTheLoopAtOnceAndStopsTheSourceOnce)
     make(micConfig(), nullptr, fake);
     source->setStartProblem(u"没有麦克风权限"_s);
     engine->start();
+    const auto reported = [&] { return seen().statuses.size() == statuses + 2; };
+    for (auto until = std::chrono::steady_clock::now() + 10s; !reported() && std::chrono::steady_clock::now() < until;)
+        std::this_thread::yield();
     engine->stop();
     EXPECT_EQ(seen().statuses.mid(statuses), QStringList({recording, u"⚠️ 没有麦克风权限"_s}));
     EXPECT_EQ(source->reads(), 0);
     EXPECT_EQ(source->stops(), 1);
+}
+
+TEST_F(EngineTest, AStoppedEngineReportsNothingEvenWhenItsModelCallsAnswerLater)
+{
+    startWith(micConfig());
+    fake->enqueue(u"A late answer."_s);
+    fake->hold();
+    step({u"What is entropy in this system?"_s});
+    step({u"Think about it."_s});
+    step({u"Take your time."_s});
+    ASSERT_TRUE(fake->waitForCalls(1));
+    const Seen before = seen();
+    engine->stop();
+    fake->release();
+    settle();
+    EXPECT_TRUE(seen().results.isEmpty());
+    EXPECT_EQ(seen().statuses, before.statuses);
+    EXPECT_EQ(seen().lines, before.lines);
 }
