@@ -15,6 +15,7 @@ FileSecretStore::FileSecretStore(QString path)
 
 std::optional<QByteArray> FileSecretStore::read(const QString &service, const QString &account)
 {
+    std::scoped_lock lock(mutex_);
     const auto items = Text::Json::object(load(), service);
     const auto encoded = items ? Text::Json::string(*items, account) : std::nullopt;
     if (!encoded)
@@ -24,6 +25,7 @@ std::optional<QByteArray> FileSecretStore::read(const QString &service, const QS
 
 bool FileSecretStore::write(const QString &service, const QString &account, const QByteArray &data)
 {
+    std::scoped_lock lock(mutex_);
     QJsonObject all = load();
     QJsonObject items = Text::Json::object(all, service).value_or(QJsonObject());
     items.insert(account, QString::fromLatin1(data.toBase64()));
@@ -33,6 +35,7 @@ bool FileSecretStore::write(const QString &service, const QString &account, cons
 
 void FileSecretStore::remove(const QString &service, const QString &account)
 {
+    std::scoped_lock lock(mutex_);
     QJsonObject all = load();
     auto items = Text::Json::object(all, service);
     if (!items || !items->contains(account))

@@ -1,11 +1,14 @@
 #pragma once
 
 // Secrets in one JSON file readable only by the user (mode 0600), for desktops where no Secret
-// Service answers. Every write replaces the file atomically.
+// Service answers. Every write replaces the file atomically: on a failed write (a full disk) the
+// old file stays whole. Calls from several threads take turns.
 
 #include "platform/SecretStore.h"
 
 #include <QJsonObject>
+
+#include <mutex>
 
 class FileSecretStore final : public SecretStore
 {
@@ -21,4 +24,5 @@ private:
     bool store(const QJsonObject &all) const;
 
     QString path_;
+    std::mutex mutex_;
 };

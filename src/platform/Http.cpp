@@ -8,6 +8,7 @@
 
 #include <curl/curl.h>
 
+#include <algorithm>
 #include <memory>
 
 Q_LOGGING_CATEGORY(lcHttp, "quillet.http")
@@ -43,29 +44,49 @@ size_t collect(char *data, size_t size, size_t count, void *target)
     return length;
 }
 
-HeaderList headerList(const Headers &headers)
+// A header line can't carry a line break or another control character: a pasted key with one
+// would otherwise add headers of its own.
+bool clean(const QString &text)
+{
+    return std::none_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; });
+}
+
+std::optional<HeaderList> headerList(const Headers &headers)
 {
     // An empty "Expect:" keeps curl from waiting for "100 Continue" before a large body.
     curl_slist *list = curl_slist_append(nullptr, "Expect:");
+    HeaderList owned(list);
     for (auto it = headers.cbegin(); it != headers.cend(); ++it) {
+        if (!clean(it.key()) || !clean(it.value())) {
+            qCWarning(lcHttp).noquote() << "refused a header with a control character:" << it.key();
+            return std::nullopt;
+        }
         // "Name;" is curl's way of sending a header with an empty value; "Name:" would drop it.
         const QByteArray line = it.value().isEmpty() ? QByteArray(it.key().toUtf8() + ';')
                                                      : QByteArray(it.key().toUtf8() + ": " + it.value().toUtf8());
-        list = curl_slist_append(list, line.constData());
+        curl_slist *longer = curl_slist_append(owned.get(), line.constData());
+        if (!longer)
+            return std::nullopt;
+        owned.release();
+        owned.reset(longer);
     }
-    return HeaderList(list);
+    return owned;
 }
 
-void setMethodAndBody(CURL *handle, const Request &request)
+// Every option must take: the http/https-only promise rests on CURLOPT_PROTOCOLS_STR.
+template<typename Value>
+bool set(CURL *handle, CURLoption option, Value value)
 {
-    if (request.method == "GET") {
-        curl_easy_setopt(handle, CURLOPT_HTTPGET, 1L);
-        return;
-    }
-    curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE_LARGE, curl_off_t(request.body.size()));
-    curl_easy_setopt(handle, CURLOPT_POSTFIELDS, request.body.constData());
-    if (request.method != "POST")
-        curl_easy_setopt(handle, CURLOPT_CUSTOMREQUEST, request.method.constData());
+    return curl_easy_setopt(handle, option, value) == CURLE_OK;
+}
+
+bool setMethodAndBody(CURL *handle, const Request &request)
+{
+    if (request.method == "GET")
+        return set(handle, CURLOPT_HTTPGET, 1L);
+    return set(handle, CURLOPT_POSTFIELDSIZE_LARGE, curl_off_t(request.body.size()))
+        && set(handle, CURLOPT_POSTFIELDS, request.body.constData())
+        && (request.method == "POST" || set(handle, CURLOPT_CUSTOMREQUEST, request.method.constData()));
 }
 
 } // namespace
@@ -78,24 +99,25 @@ std::optional<Response> send(const Request &request)
         return std::nullopt;
     CURL *curl = handle.get();
     const QByteArray url = request.url.toEncoded();
-    const HeaderList headers = headerList(request.headers);
+    const auto headers = headerList(request.headers);
+    if (!headers)
+        return std::nullopt;
     Response response;
     char error[CURL_ERROR_SIZE] = {};
 
-    curl_easy_setopt(curl, CURLOPT_URL, url.constData());
-    curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 0L);
     // Signals can't serve several threads; without them a DNS time-out is not interruptible,
     // which the overall time-out still bounds.
-    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, long(request.timeout.count()));
-    curl_easy_setopt(curl, CURLOPT_ACCEPT_ENCODING, "");
-    curl_easy_setopt(curl, CURLOPT_USERAGENT, "Quillet");
-    curl_easy_setopt(curl, CURLOPT_HTTPHEADER, headers.get());
-    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, collect);
-    curl_easy_setopt(curl, CURLOPT_WRITEDATA, &response.body);
-    curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, error);
-    setMethodAndBody(curl, request);
+    const bool configured = set(curl, CURLOPT_URL, url.constData())
+        && set(curl, CURLOPT_PROTOCOLS_STR, "http,https") && set(curl, CURLOPT_FOLLOWLOCATION, 0L)
+        && set(curl, CURLOPT_NOSIGNAL, 1L) && set(curl, CURLOPT_TIMEOUT_MS, long(request.timeout.count()))
+        && set(curl, CURLOPT_ACCEPT_ENCODING, "") && set(curl, CURLOPT_USERAGENT, "Quillet")
+        && set(curl, CURLOPT_HTTPHEADER, headers->get()) && set(curl, CURLOPT_WRITEFUNCTION, collect)
+        && set(curl, CURLOPT_WRITEDATA, &response.body) && set(curl, CURLOPT_ERRORBUFFER, error)
+        && setMethodAndBody(curl, request);
+    if (!configured) {
+        qCWarning(lcHttp) << "libcurl refused an option; nothing was sent";
+        return std::nullopt;
+    }
 
     const CURLcode result = curl_easy_perform(curl);
     if (result != CURLE_OK) {

@@ -46,7 +46,8 @@ struct Response
 };
 
 // No value when no HTTP answer came: no connection, time-out, a TLS failure, an answer that isn't
-// HTTP, or one larger than maxResponseBytes. Any status, 200 or not, is an answer.
+// HTTP, or one larger than maxResponseBytes; also when a header name or value holds a control
+// character (nothing is sent then). Any status, 200 or not, is an answer.
 std::optional<Response> send(const Request &request);
 
 struct JsonReply

@@ -14,8 +14,8 @@ namespace {
 
 struct State
 {
-    std::mutex mutex;
-    std::unique_ptr<SecretStore> store;
+    std::mutex mutex;  // guards the choice of store only, never held while the store works
+    std::shared_ptr<SecretStore> store;
 };
 
 State &state()
@@ -39,11 +39,15 @@ std::unique_ptr<SecretStore> systemStore()
 template<typename Operation>
 auto withStore(Operation operation)
 {
-    State &s = state();
-    std::scoped_lock lock(s.mutex);
-    if (!s.store)
-        s.store = systemStore();
-    return operation(*s.store);
+    std::shared_ptr<SecretStore> store;
+    {
+        State &s = state();
+        std::scoped_lock lock(s.mutex);
+        if (!s.store)
+            s.store = systemStore();
+        store = s.store;
+    }
+    return operation(*store);
 }
 
 QString serviceName()
@@ -63,9 +67,15 @@ std::optional<QString> get(const QString &account)
 
 bool set(const QString &account, const QString &value)
 {
+    // What users paste often carries a blank or a line break that is no part of a key.
+    const QString secret = value.trimmed();
     return withStore([&](SecretStore &store) {
-        store.remove(serviceName(), account);
-        return value.isEmpty() || store.write(serviceName(), account, value.toUtf8());
+        if (secret.isEmpty()) {
+            store.remove(serviceName(), account);
+            return true;
+        }
+        // Written over the old item, never after deleting it: a failed write keeps the old key.
+        return store.write(serviceName(), account, secret.toUtf8());
     });
 }
 

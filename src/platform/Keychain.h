@@ -20,7 +20,8 @@ inline constexpr auto service = "com.marrowline.api-keys";
 // No value when there is no item, the item is empty or the store fails. Invalid UTF-8 is
 // replaced, never refused.
 std::optional<QString> get(const QString &account);
-// An empty value deletes the item and succeeds.
+// Stores the value without surrounding white space; an empty value deletes the item and
+// succeeds. A failed write leaves the item as it was.
 bool set(const QString &account, const QString &value);
 void remove(const QString &account);
 

@@ -1,7 +1,9 @@
 #pragma once
 
-// Secrets in the desktop's Secret Service (GNOME Keyring, KWallet) through QtKeychain. Each call
-// runs its job to the end on the calling thread.
+// Secrets in the desktop's Secret Service (GNOME Keyring, KWallet) through libsecret's blocking
+// calls. Each call runs on a short-lived thread of its own, so no caller spins an event loop, and
+// the caller waits a bounded time (briefly on the main thread, where user input must not stall):
+// a service that hasn't answered by then counts as a failure, and its late answer is dropped.
 
 #include "platform/SecretStore.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 // A per-user store of small secrets keyed by service and account. Implementations may be
-// called from any thread; Keychain serialises the calls.
+// called from any thread at once. write() replaces an item that is there.
 
 #include <QByteArray>
 #include <QString>

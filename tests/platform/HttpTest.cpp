@@ -24,6 +24,9 @@ TEST(Http, BodiesArriveAsGivenAndRedirectsOtherProtocolsAndSchemesAreRefused)
     EXPECT_FALSE(Http::send({.url = url}));
     EXPECT_FALSE(Http::send({.method = "GET", .url = QUrl(u"file:///etc/hostname"_s)}));
     EXPECT_FALSE(Http::send({.url = QUrl()}));
+    // A pasted key with a line break must not add a header of its own.
+    EXPECT_FALSE(Http::send({.url = url, .headers = {{u"x-api-key"_s, u"k\r\nx-admin: 1"_s}}}));
+    EXPECT_FALSE(Http::send({.url = url, .headers = {{u"x-api-key"_s, u"k\n"_s}}}));
 
     const QByteArray upload = QByteArray("\0\x01\xff\r\n", 5).repeated(600'000);
     Http::send({.url = url, .body = upload});

@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QHash>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -25,7 +26,7 @@ void expectSetGetAndDelete()
 {
     EXPECT_FALSE(Keychain::get(u"claude"_s));
     EXPECT_TRUE(Keychain::set(u"claude"_s, u"sk-ant-한국어-🔑"_s));
-    EXPECT_TRUE(Keychain::set(u"openai"_s, u"sk-openai"_s));
+    EXPECT_TRUE(Keychain::set(u"openai"_s, u" sk-openai\n"_s)) << "pasted white space is no part of a key";
     EXPECT_EQ(Keychain::get(u"claude"_s), u"sk-ant-한국어-🔑"_s);
     EXPECT_TRUE(Keychain::set(u"claude"_s, u"sk-replaced"_s));
     EXPECT_EQ(Keychain::get(u"claude"_s), u"sk-replaced"_s);
@@ -62,6 +63,34 @@ TEST(KeychainTest, AFileStoreKeepsWhatWasSetWhereOnlyItsOwnerReadsIt)
     Keychain::useStore(std::make_unique<FileSecretStore>(path + u"/secrets.json"));   // below a file
     EXPECT_FALSE(Keychain::set(u"claude"_s, u"sk"_s)) << "a store that cannot write says so";
     EXPECT_FALSE(Keychain::get(u"claude"_s));
+}
+
+// Remembers items until told to refuse writes, as a full disk or a locked keyring would.
+class RefusingStore final : public SecretStore
+{
+public:
+    std::optional<QByteArray> read(const QString &, const QString &account) override { return items.value(account); }
+    bool write(const QString &, const QString &account, const QByteArray &data) override
+    {
+        if (refuse)
+            return false;
+        items.insert(account, data);
+        return true;
+    }
+    void remove(const QString &, const QString &account) override { items.remove(account); }
+
+    QHash<QString, QByteArray> items;
+    bool refuse = false;
+};
+
+TEST(KeychainTest, AFailedWriteKeepsTheKeyThatWasThere)
+{
+    auto *refusing = new RefusingStore;
+    Keychain::useStore(std::unique_ptr<SecretStore>(refusing));
+    ASSERT_TRUE(Keychain::set(u"claude"_s, u"sk-old"_s));
+    refusing->refuse = true;
+    EXPECT_FALSE(Keychain::set(u"claude"_s, u"sk-new"_s));
+    EXPECT_EQ(Keychain::get(u"claude"_s), u"sk-old"_s);
 }
 
 // Runs against a real GNOME Keyring in a private D-Bus session: the program starts itself again
