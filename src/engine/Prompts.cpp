@@ -31,9 +31,27 @@ QString alreadyShown()
 
 QString fill(const QString &text, const Variables &variables)
 {
-    QString filled = text;
-    for (auto entry = variables.cbegin(); entry != variables.cend(); ++entry)
-        filled.replace(u'{' + entry.key() + u'}', entry.value());
+    // One pass over the template: a value is copied as it stands, so a lecture that says
+    // "{sentences}" can't change the instructions around it.
+    QString filled;
+    filled.reserve(text.size());
+    qsizetype from = 0;
+    while (from < text.size()) {
+        const qsizetype open = text.indexOf(u'{', from);
+        const qsizetype close = open < 0 ? -1 : text.indexOf(u'}', open + 1);
+        if (close < 0)
+            break;
+        const auto value = variables.constFind(text.sliced(open + 1, close - open - 1));
+        if (value == variables.cend()) {
+            filled += QStringView(text).sliced(from, open + 1 - from);
+            from = open + 1;
+            continue;
+        }
+        filled += QStringView(text).sliced(from, open - from);
+        filled += *value;
+        from = close + 1;
+    }
+    filled += QStringView(text).sliced(from);
     return filled;
 }
 

@@ -13,7 +13,8 @@ namespace Prompts {
 
 using Variables = QHash<QString, QString>;
 
-// Replaces every "{name}" by its value, plainly; placeholders without an entry stay as they are.
+// Replaces every "{name}" of the template by its value, plainly, in one pass: text inside a value
+// is never taken for a placeholder. Placeholders without an entry stay as they are.
 QString fill(const QString &text, const Variables &variables);
 // The system prompt filled for the configured languages and the student's profile.
 QString system(const Config &config);

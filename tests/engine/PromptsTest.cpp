@@ -12,6 +12,10 @@ TEST(Prompts, FillReplacesPlainlyAndLeavesUnknownPlaceholders)
     EXPECT_EQ(Prompts::fill(text, {{u"a"_s, u"x"_s}, {u"b"_s, u"$1 \\n {}"_s}, {u"unused"_s, u"y"_s}}),
               u"x and x, $1 \\n {}, {missing}"_s);
     EXPECT_EQ(Prompts::fill(text, {}), text);
+    // A value is never read as a placeholder, whatever the order of the entries.
+    EXPECT_EQ(Prompts::fill(u"{lines} then {sentences} {"_s, {{u"lines"_s, u"said {sentences} and {lines}"_s},
+                                                             {u"sentences"_s, u"S"_s}}),
+              u"said {sentences} and {lines} then S {"_s);
 }
 
 TEST(Prompts, SystemForTheConfiguredLanguagesAndProfile)
