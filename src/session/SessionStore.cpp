@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <QStandardPaths>
+#include <QStringDecoder>
 
 #include <algorithm>
 #include <cmath>
@@ -87,8 +88,32 @@ std::optional<QString> moveClass(const QString &folder, const QString &destinati
     if (!QDir().rename(folder, target))
         return std::nullopt;
     data->deletedAt = deletedAt;
-    SessionStore::write(*data, target);
+    // A class in the trash without its deletion date would be purged at once: put it back.
+    if (!SessionStore::write(*data, target)) {
+        QDir().rename(target, folder);
+        return std::nullopt;
+    }
     return target;
+}
+
+// The word book's text; empty when there is none yet. A book that is there but can't be read as
+// UTF-8 is moved aside first, so the student's words are never written over; no value when even
+// that fails.
+std::optional<QString> readWordBook()
+{
+    const QString path = SessionStore::wordBook();
+    if (!QFileInfo::exists(path))
+        return QString();
+    if (const auto bytes = readFile(path)) {
+        QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+        const QString text = decoder.decode(*bytes);
+        if (!decoder.hasError())
+            return text;
+    }
+    const QString aside = path + u".unreadable-" + now().toString(u"yyyyMMdd-HHmmss");
+    if (!QFile::rename(path, SessionStore::unique(aside)))
+        return std::nullopt;
+    return QString();
 }
 
 bool sameFolder(const QString &a, const QString &b)
@@ -133,14 +158,15 @@ QString unique(const QString &path)
     return candidate;
 }
 
-void write(const SessionData &data, const QString &folder)
+bool write(const SessionData &data, const QString &folder)
 {
-    AtomicFile::write(inFolder(folder, recordFile), data.toJson());
+    const bool written = AtomicFile::write(inFolder(folder, recordFile), data.toJson());
     AtomicFile::write(inFolder(folder, u"文字稿.md"), SessionText::transcriptMarkdown(data).toUtf8());
     if (data.vocabulary && !data.vocabulary->isEmpty())
         AtomicFile::write(inFolder(folder, u"单词表.md"), SessionText::vocabularyMarkdown(data).toUtf8());
     if (!data.notes.isEmpty() || data.summary)
         AtomicFile::write(inFolder(folder, u"AI笔记.md"), SessionText::notesMarkdown(data).toUtf8());
+    return written;
 }
 
 std::optional<SessionData> load(const QString &folder)
@@ -267,9 +293,10 @@ void addToWordBook(const QList<SessionData::Term> &terms, const QString &title,
     if (terms.isEmpty())
         return;
     QDir().mkpath(productFolder());
-    const auto stored = readFile(wordBook());
-    QString book = stored ? QString::fromUtf8(*stored)
-                          : QStringLiteral("# Quillet 单词本\n\n课上自动收集的专业词汇。\n");
+    const auto stored = readWordBook();
+    if (!stored)
+        return;
+    QString book = !stored->isEmpty() ? *stored : QStringLiteral("# Quillet 单词本\n\n课上自动收集的专业词汇。\n");
     QList<SessionData::Term> fresh;
     for (const SessionData::Term &term : terms) {
         if (!book.contains(u"**" + term.term + u"**"))

@@ -55,8 +55,9 @@ QString wordBook();
 // The path itself when nothing is there, else the first free "{path} (n)" from n = 2 on.
 QString unique(const QString &path);
 
-// The record and its Markdown files; creates no folder.
-void write(const SessionData &data, const QString &folder);
+// The record and its Markdown files; creates no folder. False when the record could not be
+// written (the old one then stays); the Markdown files follow it as best they can.
+bool write(const SessionData &data, const QString &folder);
 // No value when the folder has no record that reads and decodes.
 std::optional<SessionData> load(const QString &folder);
 

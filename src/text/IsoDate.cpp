@@ -2,7 +2,6 @@
 
 #include "text/Regex.h"
 
-#include <QTimeZone>
 
 namespace Text::IsoDate {
 
@@ -13,22 +12,16 @@ QString format(const QDateTime &date)
 
 std::optional<QDateTime> parse(const QString &text)
 {
-    static const Regex shape(QStringLiteral(
-        "^([0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2})(Z|[+-][0-9]{2}:[0-9]{2})$"));
+    // \z, not $: a trailing line break is not part of the form.
+    static const Regex shape(QStringLiteral("^([0-9]{4}-[0-9]{2}-[0-9]{2})T([0-9]{2}:[0-9]{2}:[0-9]{2})Z\\z"));
     const auto match = shape.first(text);
     if (!match)
         return std::nullopt;
-    const QString &zone = match->groups[1];
-    const QDate day = QDate::fromString(match->groups[0].left(10), Qt::ISODate);
-    const QTime time = QTime::fromString(match->groups[0].mid(11), QStringLiteral("HH:mm:ss"));
+    const QDate day = QDate::fromString(match->groups[0], Qt::ISODate);
+    const QTime time = QTime::fromString(match->groups[1], QStringLiteral("HH:mm:ss"));
     if (!day.isValid() || !time.isValid())
         return std::nullopt;
-    int offset = 0;
-    if (zone != u"Z") {
-        const int sign = zone.startsWith(u'-') ? -1 : 1;
-        offset = sign * (zone.mid(1, 2).toInt() * 3600 + zone.mid(4, 2).toInt() * 60);
-    }
-    return QDateTime(day, time, QTimeZone(offset)).toUTC();
+    return QDateTime(day, time, Qt::UTC);
 }
 
 } // namespace Text::IsoDate

@@ -10,8 +10,8 @@
 namespace Text::IsoDate {
 
 QString format(const QDateTime &date);
-// Accepts whole seconds with Z or a numeric offset; anything else (fractions, no zone, a
-// date alone) is no date.
+// Accepts exactly the form format() writes; anything else (an offset, fractions, no zone, a
+// date alone, a trailing line break) is no date.
 std::optional<QDateTime> parse(const QString &text);
 
 } // namespace Text::IsoDate

@@ -68,7 +68,9 @@ std::optional<double> number(const QJsonObject &object, QStringView key)
 std::optional<qint64> integer(const QJsonObject &object, QStringView key)
 {
     const auto value = number(object, key);
-    if (!value || std::trunc(*value) != *value || std::abs(*value) > 9.0e15)
+    // Any whole number a qint64 holds; beyond 2^53 the stored double is already rounded.
+    constexpr double limit = 9.2233720368547758e18;
+    if (!value || std::trunc(*value) != *value || *value < -limit || *value >= limit)
         return std::nullopt;
     return qint64(*value);
 }

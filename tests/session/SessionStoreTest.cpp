@@ -77,6 +77,9 @@ TEST_F(SessionStoreTest, WritesTheFilesARecordCallsForAndNeverABrokenOne)
     for (int i = 0; i < 100; ++i)
         longer.lines.append({double(i), u"a line that will not fit"_s, u"译文"_s});
     longer.summary = u"summary"_s;
+    const QString big = SessionStore::root() + u"/big";
+    QDir().mkpath(big);
+    SessionStore::write(longer, big);
     rlimit usual{};
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &usual), 0);
     const rlimit small{4'096, usual.rlim_max};
@@ -84,7 +87,9 @@ TEST_F(SessionStoreTest, WritesTheFilesARecordCallsForAndNeverABrokenOne)
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
     SessionStore::write(longer, folder);
     SessionStore::saveMyNotes(QString(10'000, u'n'), folder);
+    EXPECT_FALSE(SessionStore::moveToDeleted(big)) << "a class whose deletion date can't be written stays";
     ::setrlimit(RLIMIT_FSIZE, &usual);
+    EXPECT_EQ(SessionStore::load(big), longer);
     std::signal(SIGXFSZ, usualHandler);
     EXPECT_EQ(SessionStore::load(folder), bare);
     EXPECT_EQ(file(u"文字稿.md"), SessionText::transcriptMarkdown(bare).toUtf8());
@@ -245,4 +250,13 @@ TEST_F(SessionStoreTest, WordBookAddsOnlyTermsItLacks)
                                  Term{u"angular momentum"_s, u"角动量"_s, {}}},
                                 u"Week 2"_s, u"Physics"_s);
     EXPECT_EQ(book(), week1 + u"\n## Physics · Week 2\n\n- **Torque**\u3000力矩\n- **momentum**\u3000动量\n");
+
+    // A book that isn't UTF-8 any more is kept aside, never written over.
+    put(SessionStore::wordBook(), "\xff\xfe broken");
+    SessionStore::addToWordBook({Term{u"torque"_s, u"力矩"_s, {}}}, u"Week 3"_s, std::nullopt);
+    const QStringList aside = QDir(documents_.path() + u"/Quillet"_s).entryList({u"单词本.md.unreadable-*"_s});
+    ASSERT_EQ(aside.size(), 1);
+    EXPECT_EQ(read(documents_.path() + u"/Quillet/"_s + aside[0]), "\xff\xfe broken");
+    EXPECT_TRUE(book().startsWith(u"# Quillet 单词本\n"_s));
+    EXPECT_TRUE(book().contains(u"**torque**"_s));
 }
