@@ -1,6 +1,6 @@
 #include "platform/FileSecretStore.h"
 
-#include "platform/AtomicFile.h"
+#include "text/AtomicFile.h"
 #include "text/Json.h"
 
 #include <QDir>
@@ -56,6 +56,6 @@ QJsonObject FileSecretStore::load() const
 bool FileSecretStore::store(const QJsonObject &all) const
 {
     QDir().mkpath(QFileInfo(path_).absolutePath());
-    return AtomicFile::write(path_, QJsonDocument(all).toJson(QJsonDocument::Compact),
+    return Text::AtomicFile::write(path_, QJsonDocument(all).toJson(QJsonDocument::Compact),
                              QFileDevice::ReadOwner | QFileDevice::WriteOwner);
 }

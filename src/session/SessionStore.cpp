@@ -1,6 +1,6 @@
 #include "session/SessionStore.h"
 
-#include "platform/AtomicFile.h"
+#include "text/AtomicFile.h"
 #include "text/Clock.h"
 
 #include <QDir>
@@ -160,12 +160,12 @@ QString unique(const QString &path)
 
 bool write(const SessionData &data, const QString &folder)
 {
-    const bool written = AtomicFile::write(inFolder(folder, recordFile), data.toJson());
-    AtomicFile::write(inFolder(folder, u"文字稿.md"), SessionText::transcriptMarkdown(data).toUtf8());
+    const bool written = Text::AtomicFile::write(inFolder(folder, recordFile), data.toJson());
+    Text::AtomicFile::write(inFolder(folder, u"文字稿.md"), SessionText::transcriptMarkdown(data).toUtf8());
     if (data.vocabulary && !data.vocabulary->isEmpty())
-        AtomicFile::write(inFolder(folder, u"单词表.md"), SessionText::vocabularyMarkdown(data).toUtf8());
+        Text::AtomicFile::write(inFolder(folder, u"单词表.md"), SessionText::vocabularyMarkdown(data).toUtf8());
     if (!data.notes.isEmpty() || data.summary)
-        AtomicFile::write(inFolder(folder, u"AI笔记.md"), SessionText::notesMarkdown(data).toUtf8());
+        Text::AtomicFile::write(inFolder(folder, u"AI笔记.md"), SessionText::notesMarkdown(data).toUtf8());
     return written;
 }
 
@@ -305,7 +305,7 @@ void addToWordBook(const QList<SessionData::Term> &terms, const QString &title,
     if (fresh.isEmpty())
         return;
     book += SessionText::wordBookSection(fresh, title, category);
-    AtomicFile::write(wordBook(), book.toUtf8());
+    Text::AtomicFile::write(wordBook(), book.toUtf8());
 }
 
 QString myNotes(const QString &folder)
@@ -316,12 +316,12 @@ QString myNotes(const QString &folder)
 
 void saveMyNotes(const QString &text, const QString &folder)
 {
-    AtomicFile::write(inFolder(folder, myNotesFile), text.toUtf8());
+    Text::AtomicFile::write(inFolder(folder, myNotesFile), text.toUtf8());
 }
 
 void saveLiveTranscript(const SessionData &data, const QString &folder)
 {
-    AtomicFile::write(inFolder(folder, u"文字稿（实时版）.md"), SessionText::transcriptMarkdown(data).toUtf8());
+    Text::AtomicFile::write(inFolder(folder, u"文字稿（实时版）.md"), SessionText::transcriptMarkdown(data).toUtf8());
 }
 
 } // namespace SessionStore

@@ -1,11 +1,15 @@
 #include "settings/Config.h"
 
+#include "text/AtomicFile.h"
 #include "text/Json.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSettings>
+#include <QStandardPaths>
 
 namespace {
 
@@ -90,15 +94,22 @@ bool visitFields(Record &c, Visit visit)
 
 Config Config::load()
 {
-    const QByteArray stored = QSettings().value(QString::fromLatin1(key)).toByteArray();
-    if (stored.isEmpty())
+    QFile file(path());
+    if (!file.open(QIODevice::ReadOnly))
         return Config();
-    return fromJson(stored).value_or(Config());
+    return fromJson(file.readAll()).value_or(Config());
 }
 
-void Config::save() const
+bool Config::save() const
 {
-    QSettings().setValue(QString::fromLatin1(key), toJson());
+    QDir().mkpath(QFileInfo(path()).absolutePath());
+    return Text::AtomicFile::write(path(), toJson());
+}
+
+QString Config::path()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation) + u'/' + QLatin1StringView(key)
+        + u".json";
 }
 
 QByteArray Config::toJson() const

@@ -54,7 +54,12 @@ struct Config
     // The stored record, or a fresh one when there is none or it can't be decoded (the stored
     // blob is left as it is until the next save).
     static Config load();
-    void save() const;
+    // Replaces the stored record as a whole or not at all: false on a full disk or another write
+    // failure, and the last good record stays.
+    bool save() const;
+    // Where the record lives: "config.v1.json" in the application's configuration folder, a file
+    // of its own so that no failed write of other settings can cut it short.
+    static QString path();
 
     QByteArray toJson() const;
     // Strict: the nine required keys with their types; an optional key of the wrong type fails too.

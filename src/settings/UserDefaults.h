@@ -1,7 +1,7 @@
 #pragma once
 
-// Every user default key the core reads, in one place. The settings record itself is stored under
-// Config::key; these are the small addresses and switches a user or a test sets by hand.
+// Every user default key the core reads, in one place. The settings record itself has a file of
+// its own (Config::path()); these are the small addresses and switches a user or a test sets.
 
 #include <QString>
 

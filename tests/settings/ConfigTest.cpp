@@ -3,11 +3,30 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSettings>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 
 #include <gtest/gtest.h>
 
-const QString storeKey = QString::fromLatin1(Config::key);
+#include <csignal>
+
+#include <sys/resource.h>
+
+// The stored record as it is on disk, and a way to put any bytes there.
+static QByteArray stored()
+{
+    QFile file(Config::path());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+static void store(const QByteArray &blob)
+{
+    QDir().mkpath(QFileInfo(Config::path()).absolutePath());
+    QFile file(Config::path());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(blob);
+}
 const QStringList requiredKeys = QString::fromLatin1(
     "provider model effort sourceType app lectureLanguage answerLanguage summaryMinutes profile").split(u' ');
 
@@ -28,7 +47,7 @@ static QByteArray minimalRecordWith(const QString &key = {}, const QJsonValue &v
 
 TEST(Config, EveryFieldIsStoredReadBackAndCountsForEquality)
 {
-    QSettings().clear();
+    QFile::remove(Config::path());
     EXPECT_EQ(Config::load(), Config());
     const QJsonObject fresh = freshRecord();
     ASSERT_EQ(fresh.size(), 30);
@@ -43,17 +62,30 @@ TEST(Config, EveryFieldIsStoredReadBackAndCountsForEquality)
         const auto decoded = Config::fromJson(QJsonDocument(edited).toJson());
         ASSERT_TRUE(decoded);
         EXPECT_NE(*decoded, Config());
-        decoded->save();
-        EXPECT_EQ(QJsonDocument::fromJson(QSettings().value(storeKey).toByteArray()).object(), edited);
+        EXPECT_TRUE(decoded->save());
+        EXPECT_EQ(QJsonDocument::fromJson(stored()).object(), edited);
     }
 
     // Optional keys may be absent or null; saved again, the record still lacks them.
-    QSettings().setValue(storeKey, minimalRecordWith(QStringLiteral("theme"), QJsonValue::Null));
+    store(minimalRecordWith(QStringLiteral("theme"), QJsonValue::Null));
     const Config minimal = Config::load();
     EXPECT_TRUE(minimal.extras().isEmpty());
     minimal.save();
-    EXPECT_EQ(QJsonDocument::fromJson(QSettings().value(storeKey).toByteArray()),
-              QJsonDocument::fromJson(minimalRecordWith()));
+    EXPECT_EQ(QJsonDocument::fromJson(stored()), QJsonDocument::fromJson(minimalRecordWith()));
+
+    // A save that can't be whole (a disk that fills up) leaves the last good record in place.
+    Config longer = minimal;
+    longer.profile = QString(20'000, u'p');
+    rlimit usual{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &usual), 0);
+    const rlimit small{4'096, usual.rlim_max};
+    const auto usualHandler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    const bool saved = longer.save();
+    ::setrlimit(RLIMIT_FSIZE, &usual);
+    std::signal(SIGXFSZ, usualHandler);
+    EXPECT_FALSE(saved);
+    EXPECT_EQ(Config::load(), minimal);
 }
 
 TEST(Config, ABrokenRecordLoadsFreshAndStaysInPlace)
@@ -67,9 +99,9 @@ TEST(Config, ABrokenRecordLoadsFreshAndStaysInPlace)
     for (const QString &key : requiredKeys)
         broken << minimalRecordWith(key) << minimalRecordWith(key, true);
     for (const QByteArray &blob : broken) {
-        QSettings().setValue(storeKey, blob);
+        store(blob);
         EXPECT_EQ(Config::load(), Config()) << blob.constData();
-        EXPECT_EQ(QSettings().value(storeKey).toByteArray(), blob);
+        EXPECT_EQ(stored(), blob);
     }
 }
 

@@ -1,8 +1,8 @@
-#include "platform/AtomicFile.h"
+#include "text/AtomicFile.h"
 
 #include <QSaveFile>
 
-namespace AtomicFile {
+namespace Text::AtomicFile {
 
 bool write(const QString &path, const QByteArray &bytes, QFileDevice::Permissions permissions)
 {
@@ -18,4 +18,4 @@ bool write(const QString &path, const QByteArray &bytes, QFileDevice::Permission
     return file.commit();
 }
 
-} // namespace AtomicFile
+} // namespace Text::AtomicFile

@@ -8,11 +8,11 @@
 #include <QFileDevice>
 #include <QString>
 
-namespace AtomicFile {
+namespace Text::AtomicFile {
 
 // True when the file now holds exactly `bytes`. The folder must exist. With `permissions` set,
 // the temporary file gets them before a byte is written (for secrets).
 bool write(const QString &path, const QByteArray &bytes,
            QFileDevice::Permissions permissions = QFileDevice::Permissions());
 
-} // namespace AtomicFile
+} // namespace Text::AtomicFile
