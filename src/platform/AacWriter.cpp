@@ -9,7 +9,11 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -19,12 +23,89 @@ const bool quiet = [] {
     return true;
 }();
 
+constexpr int ioBufferBytes = 32 * 1024;
+
 } // namespace
+
+// The file behind the muxer. FFmpeg gives up on a file for good after one failed write, so the
+// muxer never sees one: refused bytes wait here and go out before the next ones.
+class AacWriter::Sink final
+{
+public:
+    static std::unique_ptr<Sink> open(const QString &path)
+    {
+        const int fd = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+        if (fd < 0)
+            return nullptr;
+        auto sink = std::unique_ptr<Sink>(new Sink(fd));
+        auto *buffer = static_cast<unsigned char *>(av_malloc(ioBufferBytes));
+        if (buffer)
+            sink->io_ = avio_alloc_context(buffer, ioBufferBytes, 1, sink.get(), nullptr, &Sink::written, nullptr);
+        if (!sink->io_) {
+            av_free(buffer);
+            return nullptr;
+        }
+        return sink;
+    }
+
+    ~Sink()
+    {
+        if (io_)
+            av_freep(&io_->buffer);
+        avio_context_free(&io_);
+        ::close(fd_);
+    }
+    Sink(const Sink &) = delete;
+    Sink &operator=(const Sink &) = delete;
+    Sink(Sink &&) = delete;
+    Sink &operator=(Sink &&) = delete;
+
+    AVIOContext *io() const { return io_; }
+    qsizetype backlog() const { return backlog_.size(); }
+    bool failed() const { return failed_; }
+
+    // Writes out what waits, as far as the disk takes it.
+    void drain()
+    {
+        qsizetype sent = 0;
+        while (sent < backlog_.size()) {
+            const ssize_t n = ::write(fd_, backlog_.constData() + sent, size_t(backlog_.size() - sent));
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n <= 0)
+                break;
+            sent += n;
+        }
+        backlog_.remove(0, sent);
+    }
+
+private:
+    explicit Sink(int fd)
+        : fd_(fd)
+    {
+    }
+
+    static int written(void *opaque, uint8_t *data, int size)
+    {
+        auto *sink = static_cast<Sink *>(opaque);
+        sink->backlog_.append(reinterpret_cast<const char *>(data), size);
+        sink->drain();
+        if (sink->backlog_.size() > backlogLimit) {
+            sink->failed_ = true;
+            return AVERROR(ENOSPC);
+        }
+        return size;
+    }
+
+    int fd_;
+    AVIOContext *io_ = nullptr;
+    QByteArray backlog_;
+    bool failed_ = false;
+};
 
 void AacWriter::FormatDeleter::operator()(AVFormatContext *format) const
 {
-    if (format->pb)
-        avio_closep(&format->pb);
+    // The file is the sink's (custom I/O): freeing the context leaves it alone.
     avformat_free_context(format);
 }
 
@@ -81,9 +162,13 @@ bool AacWriter::open(const QString &path, int sampleRate, int bitRate)
     AVDictionary *options = nullptr;
     av_dict_set(&options, "movflags", "empty_moov+default_base_moof", 0);
     av_dict_set(&options, "frag_duration", "1000000", 0);
-    const bool ready = avcodec_open2(codec, encoder, nullptr) >= 0
+    sink_ = Sink::open(path);
+    if (sink_) {
+        format->pb = sink_->io();
+        format->flags |= AVFMT_FLAG_CUSTOM_IO;
+    }
+    const bool ready = sink_ && avcodec_open2(codec, encoder, nullptr) >= 0
         && avcodec_parameters_from_context(stream->codecpar, codec) >= 0
-        && avio_open(&format->pb, QFile::encodeName(path).constData(), AVIO_FLAG_WRITE) >= 0
         && avformat_write_header(format, &options) >= 0;
     av_dict_free(&options);
     if (!ready) {
@@ -104,7 +189,7 @@ bool AacWriter::open(const QString &path, int sampleRate, int bitRate)
 
 bool AacWriter::write(const float *samples, qsizetype count)
 {
-    if (!isOpen())
+    if (!isOpen() || sink_->failed())
         return false;
     bool written = true;
     const size_t frameSize = size_t(codec_->frame_size);
@@ -118,19 +203,32 @@ bool AacWriter::write(const float *samples, qsizetype count)
     return written;
 }
 
-void AacWriter::close()
+bool AacWriter::close()
 {
     if (!isOpen())
-        return;
+        return true;
     // The encoder takes a short last frame; then it gives out what it holds back.
-    if (!pending_.empty())
-        sendPending(qsizetype(pending_.size()));
+    bool whole = pending_.empty() || sendPending(qsizetype(pending_.size()));
     // A fragment ends here, so the last one holds only the encoder's tail: players that take the
     // length from the index of fragments at the end of the file then get it nearly right.
-    av_write_frame(format_.get(), nullptr);
-    encode(nullptr);
-    av_write_trailer(format_.get());
+    whole = av_write_frame(format_.get(), nullptr) >= 0 && whole;
+    whole = encode(nullptr) && whole;
+    whole = av_write_trailer(format_.get()) >= 0 && whole;
+    avio_flush(format_->pb);
+    sink_->drain();
+    whole = !sink_->failed() && sink_->backlog() == 0 && whole;
     release();
+    return whole;
+}
+
+qsizetype AacWriter::backlog() const
+{
+    return sink_ ? sink_->backlog() : 0;
+}
+
+bool AacWriter::failed() const
+{
+    return sink_ && sink_->failed();
 }
 
 bool AacWriter::sendPending(qsizetype count)
@@ -169,6 +267,7 @@ void AacWriter::release()
     frame_.reset();
     codec_.reset();
     format_.reset();
+    sink_.reset();
     pending_.clear();
     samplesSent_ = 0;
 }

@@ -2,6 +2,7 @@
 
 #include "platform/AacWriter.h"
 #include "platform/MicHub.h"
+#include "session/SessionText.h"
 
 #include <condition_variable>
 #include <mutex>
@@ -56,6 +57,19 @@ public:
         ready_.notify_one();
     }
 
+    // Writer thread: what the student should hear of the file, absent while all is well.
+    void setProblem(std::optional<QString> problem)
+    {
+        std::scoped_lock lock(mutex_);
+        problem_ = std::move(problem);
+    }
+
+    std::optional<QString> problem()
+    {
+        std::scoped_lock lock(mutex_);
+        return problem_;
+    }
+
     // Writer thread: waits for sound; empty only once stop is requested.
     Chunks take(std::stop_token stop)
     {
@@ -73,7 +87,22 @@ private:
     Chunks chunks_;
     qsizetype queued_ = 0;
     int sampleRate_ = 0;   // 0 while not recording
+    std::optional<QString> problem_;
 };
+
+namespace {
+
+// How the file is doing, in the student's words; absent while the disk takes everything.
+std::optional<QString> fileProblem(const AacWriter &file, double stoppedAt)
+{
+    if (file.failed())
+        return u"磁盘已满：录音从 " + SessionText::clock(stoppedAt) + u" 起没能保存，之前的部分可以正常播放";
+    if (file.backlog() > 0)
+        return QStringLiteral("磁盘空间不足：录音先存在内存里，腾出空间后会自动写入");
+    return std::nullopt;
+}
+
+} // namespace
 
 AudioRecorder::AudioRecorder(MicHub &hub)
     : hub_(hub)
@@ -97,16 +126,22 @@ std::optional<QString> AudioRecorder::start(const QString &path)
         return QStringLiteral("无法创建录音文件");
 
     feed_->open(sampleRate);
-    writer_ = std::jthread([feed = feed_, file = std::move(file)](std::stop_token stop) {
+    feed_->setProblem(std::nullopt);
+    writer_ = std::jthread([feed = feed_, file = std::move(file), sampleRate](std::stop_token stop) {
+        qint64 frames = 0;
         for (;;) {
             const Feed::Chunks chunks = feed->take(stop);
-            // A failed write loses that piece only; recording goes on.
-            for (const std::vector<float> &chunk : chunks)
-                file->write(chunk.data(), qsizetype(chunk.size()));
+            for (const std::vector<float> &chunk : chunks) {
+                if (file->write(chunk.data(), qsizetype(chunk.size())))
+                    frames += qsizetype(chunk.size());
+            }
+            feed->setProblem(fileProblem(*file, double(frames) / sampleRate));
             if (chunks.empty())
                 break;
         }
-        file->close();
+        const bool failedBefore = file->failed();
+        if (!file->close() && !failedBefore)
+            feed->setProblem(QStringLiteral("录音的结尾没能写进文件，之前的部分可以正常播放"));
     });
 
     try {
@@ -119,6 +154,11 @@ std::optional<QString> AudioRecorder::start(const QString &path)
         return u"录音启动失败：" + error.message();
     }
     return std::nullopt;
+}
+
+std::optional<QString> AudioRecorder::problem() const
+{
+    return feed_->problem();
 }
 
 void AudioRecorder::stop()

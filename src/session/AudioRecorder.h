@@ -37,6 +37,10 @@ public:
     // Starts recording into a new file at `path`; the problem worded for the user, or no value.
     std::optional<QString> start(const QString &path);
     void stop();
+    // What went wrong with the file while recording, worded for the user (a full disk: first the
+    // sound waits in memory, then, past its limit, the recording stops); absent while all is well
+    // and again once the disk has taken what waited. Callable from any thread.
+    std::optional<QString> problem() const;
 
 private:
     class Feed;

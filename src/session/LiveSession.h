@@ -49,6 +49,9 @@ public:
     std::optional<QString> startAudio();
     // Stops the recording; the first call fixes the end of elapsed().
     void stopAudio();
+    // What is wrong with the recording's file (a full disk), worded for the user; the owner
+    // shows it as a note when it changes. Absent while all is well.
+    std::optional<QString> audioProblem() const { return recorder_.problem(); }
 
     // Appends a line stamped three seconds before now (not below 0); gives its index.
     qsizetype addLine(const QString &text);

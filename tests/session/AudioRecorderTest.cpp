@@ -1,9 +1,12 @@
 #include "session/AudioRecorder.h"
 
 #include "AudioFiles.h"
+#include "EventLoop.h"
 #include "SessionFixture.h"
 
 #include <csignal>
+
+#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 using AudioRecorderTest = SessionFixture;
@@ -94,4 +97,33 @@ TEST_F(AudioRecorderTest, AClassKilledMidwayLeavesPlayableAudioAndAValidRecord)
     EXPECT_EQ(data.lines[19].translation, u"第 19 行"_s);
     // The child speaks once about three seconds are on disk; a loaded machine may kill it there.
     EXPECT_TRUE(isMonoAac(folder + u"/录音.m4a", 48'000, 5.0, 2.5));   // 2.5 to 7.5 seconds
+}
+
+TEST_F(AudioRecorderTest, AFullDiskKeepsTheSoundWaitingAndWritesItWhenSpaceReturns)
+{
+    const QString path = documents_.filePath(u"录音.m4a"_s);
+    input_->delivered = {16'000, 1};
+    AudioRecorder recorder(hub_);
+    ASSERT_EQ(recorder.start(path), std::nullopt);
+    input_->play(tone(16'000, 3.0), 1'600);
+    ASSERT_TRUE(runEventsUntil([&] { return QFile(path).size() > 8'000; }));
+
+    // The disk takes nothing more (as a full one would) while three more seconds are heard.
+    rlimit usual{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &usual), 0);
+    const auto usualHandler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit full{rlim_t(QFile(path).size()), usual.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &full), 0);
+    input_->play(tone(16'000, 3.0), 1'600);
+    const bool waited = runEventsUntil([&] { return recorder.problem().has_value(); });
+    ::setrlimit(RLIMIT_FSIZE, &usual);
+    std::signal(SIGXFSZ, usualHandler);
+    ASSERT_TRUE(waited);
+    EXPECT_EQ(recorder.problem(), u"磁盘空间不足：录音先存在内存里，腾出空间后会自动写入"_s);
+
+    input_->play(tone(16'000, 1.0), 1'600);
+    EXPECT_TRUE(runEventsUntil([&] { return !recorder.problem(); })) << "space came back: all is well again";
+    recorder.stop();
+    EXPECT_EQ(recorder.problem(), std::nullopt);
+    EXPECT_TRUE(isMonoAac(path, 16'000, 7.0)) << "nothing heard was lost";
 }
