@@ -78,8 +78,8 @@ bool CloudFilter::allowed(const QString &text) const
         return true;
     QStringList codes;
     for (const QString &locale : locales_)
-        codes << locale.left(2);
-    if (codes.contains(found->left(2)))
+        codes << LanguageIdentifier::languageCode(locale);
+    if (codes.contains(LanguageIdentifier::languageCode(*found)))
         return true;
     if (codes.contains(u"ko") && holds(text, [](char32_t c) { return c >= 0xAC00 && c <= 0xD7A3; }))
         return true;
@@ -90,8 +90,7 @@ bool CloudFilter::substantial(const QString &text)
 {
     if (text.split(u' ', Qt::SkipEmptyParts).size() > 1)
         return true;
-    static const QString ends = QStringLiteral(u".?!。？！");
-    return letterCount(text) >= 5 && !text.isEmpty() && ends.contains(text.back());
+    return letterCount(text) >= 5 && !text.isEmpty() && Sentences::closingMarks.contains(text.back());
 }
 
 bool CloudFilter::invented(const QString &text)

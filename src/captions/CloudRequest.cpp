@@ -61,7 +61,7 @@ CloudRequest::CloudRequest(Settings settings)
 
 QString CloudRequest::prompt(const QStringList &locales)
 {
-    const QString text = sample(locales.value(0).left(2));
+    const QString text = sample(LanguageIdentifier::languageCode(locales.value(0)));
     if (text.isEmpty())
         return QStringLiteral("University lecture.");
     QStringList names;

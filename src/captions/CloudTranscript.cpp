@@ -32,19 +32,10 @@ bool CloudTranscript::similar(const QString &a, const QString &b)
         return false;
     if (a.contains(b) || b.contains(a))
         return true;
-    QHash<QString, qsizetype> left;
-    for (const QString &character : Text::characters(b))
-        ++left[character];
     const QStringList ofA = Text::characters(a);
-    qsizetype common = 0;
-    for (const QString &character : ofA) {
-        auto found = left.find(character);
-        if (found != left.end() && *found > 0) {
-            --*found;
-            ++common;
-        }
-    }
-    const qsizetype shorter = std::min(ofA.size(), Text::characterCount(b));
+    const QStringList ofB = Text::characters(b);
+    const qsizetype common = Text::sharedCount(ofA, ofB);
+    const qsizetype shorter = std::min(ofA.size(), ofB.size());
     return double(common) / double(shorter) >= similarShare;
 }
 

@@ -5,7 +5,7 @@
 // trouble the user reads. A failed segment is not sent again: the next segment is the retry.
 //
 // start() runs it on the network pool until the queue is finished or the transcript is gone; it
-// holds the transcript weakly. upload() blocks for one exchange and is for that task (and tests).
+// holds the transcript weakly. upload() is one exchange, blocking: the task runs it per segment.
 
 #include "captions/CloudFilter.h"
 #include "captions/CloudRequest.h"

@@ -92,7 +92,7 @@ std::optional<QString> MicSource::start()
     if (sampleRate <= 0 || !agree)
         return QStringLiteral("找不到可用的音频格式");
 
-    const QString first = localeIDs_.front().left(2);
+    const QString first = LanguageIdentifier::languageCode(localeIDs_.front());
     const bool primaryIsLatin = first != u"ko" && first != u"ja" && first != u"zh";
     for (size_t i = 0; i < recognizers.size(); ++i) {
         const Reading reading{locales[qsizetype(i)], locales[qsizetype(i)] == localeIDs_.front()};
@@ -230,7 +230,7 @@ bool MicSource::fits(const QString &text, const QString &language)
     if (!dominant)
         return true;
     const QString code = LanguageIdentifier::languageCode(language);
-    const QString found = dominant->section(u'-', 0, 0);
+    const QString found = LanguageIdentifier::languageCode(*dominant);
     // Japanese written in kanji alone reads as Chinese.
     if (found == code || (code == u"ja" && found == u"zh"))
         return true;

@@ -7,7 +7,7 @@ namespace Sentences {
 
 QStringList split(const QString &text)
 {
-    static const Text::Regex ends(QStringLiteral(u"([.?!。？！])\\s*"));
+    static const Text::Regex ends(u"([" + closingMarks + u"])\\s*");
     QStringList sentences;
     for (const QString &part : ends.replace(text, QStringLiteral("$1\n")).split(u'\n', Qt::SkipEmptyParts)) {
         const QString sentence = Text::trimmed(part);

@@ -6,8 +6,12 @@
 
 #include <QString>
 #include <QStringList>
+#include <QStringView>
 
 namespace Sentences {
+
+// The marks that close a sentence in the lecture languages.
+inline constexpr QStringView closingMarks = u".?!。？！";
 
 QStringList split(const QString &text);
 

@@ -62,32 +62,11 @@ std::optional<QList<Fix>> parse(const std::optional<QString> &reply, qsizetype c
     return fixes;
 }
 
-bool isBlank(const QString &character)
+QStringList nonBlankCharacters(const QString &text)
 {
-    return Text::trimmed(character).isEmpty();
-}
-
-// Each non-blank character of the fix that is still unused in the original counts once.
-qsizetype hits(const QString &fixed, const QString &original, qsizetype &nonBlank)
-{
-    QHash<QString, int> available;
-    for (const QString &character : Text::characters(original)) {
-        if (!isBlank(character))
-            ++available[character];
-    }
-    qsizetype count = 0;
-    nonBlank = 0;
-    for (const QString &character : Text::characters(fixed)) {
-        if (isBlank(character))
-            continue;
-        ++nonBlank;
-        auto found = available.find(character);
-        if (found != available.end() && *found > 0) {
-            --*found;
-            ++count;
-        }
-    }
-    return count;
+    QStringList kept = Text::characters(text);
+    kept.removeIf([](const QString &character) { return Text::trimmed(character).isEmpty(); });
+    return kept;
 }
 
 // A model can damage a sentence as well as fix it: the fix must keep about the length of the
@@ -101,9 +80,10 @@ bool acceptable(const QString &fixed, const QString &original)
     // length / base strictly between 0.6 and 1.6, in whole numbers so the bounds are exact.
     if (length * 10 <= base * 6 || length * 10 >= base * 16)
         return false;
-    qsizetype nonBlank = 0;
-    const qsizetype count = hits(fixed, original, nonBlank);
-    return count * 2 >= std::max<qsizetype>(nonBlank, 1);
+    // Each non-blank character of the fix that is still unused in the original counts once.
+    const QStringList ofFix = nonBlankCharacters(fixed);
+    const qsizetype count = Text::sharedCount(ofFix, nonBlankCharacters(original));
+    return count * 2 >= std::max<qsizetype>(ofFix.size(), 1);
 }
 
 } // namespace

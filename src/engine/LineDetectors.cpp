@@ -1,5 +1,6 @@
 #include "engine/LineDetectors.h"
 
+#include "captions/Sentences.h"
 #include "engine/Alternatives.h"
 #include "text/Characters.h"
 
@@ -14,7 +15,6 @@ namespace {
 // still moving, so they must be longer.
 constexpr qsizetype questionMinimum = 5;
 constexpr qsizetype draftQuestionMinimum = 7;
-constexpr QStringView closingMarks = u".?!。？！";
 constexpr int digitRunKept = 3;
 
 // The notice pattern's "\d+ ?月" retries a long digit run from each of its digits, which takes
@@ -33,7 +33,6 @@ QString shortDigitRuns(const QString &text)
 }
 
 // The patterns exactly as the regular expression engine receives them.
-constexpr char16_t sentencesText[] = u"[^.?!。？！]+[.?!。？！]";
 constexpr char16_t garbageText[] = u"[#*※‡|>☆¥]|\\d{2}:\\d{2}";
 constexpr char16_t rhetoricalText[] =
     u"(죠|지요|잖아요|그쵸|그치|알겠어요|아시겠어요|이해했어요|됐어요|돼요|맞아요|그래요"
@@ -90,7 +89,8 @@ const Alternatives &alternatives()
 
 const Text::Regex &sentences()
 {
-    return compiled<sentencesText, sensitive>();
+    static const Text::Regex pattern(u"[^" + Sentences::closingMarks + u"]+[" + Sentences::closingMarks + u']');
+    return pattern;
 }
 
 const Text::Regex &garbage()
@@ -123,7 +123,7 @@ QStringList sentencesIn(const QString &text)
     // Every sentence ends in a closing mark, so the text after the last one can hold none; cut
     // off, it can't make the pattern retry a long unfinished tail from each of its positions.
     qsizetype end = text.size();
-    while (end > 0 && !closingMarks.contains(text[end - 1]))
+    while (end > 0 && !Sentences::closingMarks.contains(text[end - 1]))
         --end;
     QStringList found;
     for (const Text::Regex::Match &match : sentences().all(text.left(end)))

@@ -1,7 +1,8 @@
 #pragma once
 
-// The one log of the application: a plain text file, one line per event, an ISO 8601 time, a
-// blank and the message. Callable from any thread; write failures are ignored.
+// The one log of the application: a plain text file readable only by its owner (it holds what was
+// said in class), one line per event, an ISO 8601 time, a blank and the message; line breaks in a
+// message show as "⏎". Callable from any thread; write failures are ignored.
 
 #include <QString>
 

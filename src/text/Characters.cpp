@@ -1,5 +1,7 @@
 #include "text/Characters.h"
 
+#include <QHash>
+
 #include <unicode/brkiter.h>
 #include <unicode/uchar.h>
 
@@ -142,6 +144,22 @@ QString suffix(const QString &text, qsizetype n)
         start = previous;
     }
     return text.mid(start);
+}
+
+qsizetype sharedCount(const QStringList &of, const QStringList &in)
+{
+    QHash<QString, qsizetype> unused;
+    for (const QString &character : in)
+        ++unused[character];
+    qsizetype shared = 0;
+    for (const QString &character : of) {
+        auto found = unused.find(character);
+        if (found != unused.end() && *found > 0) {
+            --*found;
+            ++shared;
+        }
+    }
+    return shared;
 }
 
 } // namespace Text

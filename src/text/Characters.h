@@ -26,5 +26,8 @@ QStringList characters(const QString &text);
 // The first / last n user-perceived characters (the whole text when it has fewer).
 QString prefix(const QString &text, qsizetype n);
 QString suffix(const QString &text, qsizetype n);
+// How many of the characters in `of` find an equal character in `in` not yet matched: the
+// overlap of the two as multisets, counted from the side of `of`.
+qsizetype sharedCount(const QStringList &of, const QStringList &in);
 
 } // namespace Text

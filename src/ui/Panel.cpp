@@ -10,6 +10,8 @@ Panel::Panel(QWidget *parent)
     , feed_(new QWebEngineView)
 {
     setWindowTitle(QStringLiteral("Quillet"));
+    // Statuses carry text from servers and sources: never read as markup.
+    status_->setTextFormat(Qt::PlainText);
     auto *content = new QWidget;
     auto *layout = new QVBoxLayout(content);
     layout->setContentsMargins(12, 12, 12, 12);
