@@ -1,8 +1,12 @@
+#include "platform/Http.h"
 #include "settings/Config.h"
 #include "ui/Panel.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
+#include <QThreadPool>
+
+#include <cstdlib>
 
 Q_LOGGING_CATEGORY(lcApp, "quillet.app")
 
@@ -18,5 +22,11 @@ int main(int argc, char *argv[])
     Panel panel;
     panel.onFeedLoaded = [](bool ok) { qCInfo(lcApp) << (ok ? "Feed page loaded" : "Feed page failed to load"); };
     panel.show();
-    return application.exec();
+    const int code = application.exec();
+    // A model call may still wait on the network for minutes: give the pool a moment, then leave
+    // without tearing down the statics those requests use.
+    Http::taskPool().clear();
+    if (!Http::taskPool().waitForDone(2000))
+        std::quick_exit(code);
+    return code;
 }

@@ -14,6 +14,10 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
+#include <sys/resource.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -59,6 +63,18 @@ TEST(KeychainTest, AFileStoreKeepsWhatWasSetWhereOnlyItsOwnerReadsIt)
     EXPECT_FALSE(Keychain::get(u"gemini"_s)) << "a file cut short reads as empty";
     EXPECT_TRUE(Keychain::set(u"claude"_s, u"sk-new"_s));
     EXPECT_EQ(Keychain::get(u"claude"_s), u"sk-new"_s) << "and the next set repairs it";
+
+    // On a full disk the write fails and says so; the keys on disk stay whole.
+    rlimit usual{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &usual), 0);
+    const auto usualHandler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit full{rlim_t(QFile(path).size()), usual.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &full), 0);
+    const bool stored = Keychain::set(u"openai"_s, u"sk-a-much-longer-key-than-the-file-can-take"_s);
+    ::setrlimit(RLIMIT_FSIZE, &usual);
+    std::signal(SIGXFSZ, usualHandler);
+    EXPECT_FALSE(stored);
+    EXPECT_EQ(Keychain::get(u"claude"_s), u"sk-new"_s);
 
     Keychain::useStore(std::make_unique<FileSecretStore>(path + u"/secrets.json"));   // below a file
     EXPECT_FALSE(Keychain::set(u"claude"_s, u"sk"_s)) << "a store that cannot write says so";
