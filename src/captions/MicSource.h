@@ -40,6 +40,9 @@ public:
     QString read() override;
     QString draft() override;
     void stop() override;
+    // A recogniser's trouble, or how much sound was skipped because recognition fell behind the
+    // microphone (its queue is bounded so the audio thread never waits).
+    std::optional<QString> problem() override;
 
     // What start() says when there is no microphone to listen to.
     static QString noMicrophone();
