@@ -10,11 +10,19 @@
 
 namespace {
 
-bool say(const QString &sentence, const QString &path)
+// The sentence said by the voice into `name` in the folder, at the rate and in the channels of
+// the quiet between sentences; empty when the speaker or sox fails.
+QString say(const QString &sentence, const QString &voice, const QString &folder, const QString &name)
 {
-    return QProcess::execute(QStringLiteral("flite"), {QStringLiteral("-voice"), QStringLiteral("slt"), QStringLiteral("-t"),
-                                                       sentence, QStringLiteral("-o"), path})
-           == 0;
+    const QString spoken = QDir(folder).filePath(u"spoken-" + name);
+    const bool said = voice == u"espeak-ng"
+                          ? QProcess::execute(voice, {QStringLiteral("-v"), QStringLiteral("en-us"), QStringLiteral("-w"),
+                                                      spoken, sentence}) == 0
+                          : QProcess::execute(QStringLiteral("flite"), {QStringLiteral("-voice"), voice, QStringLiteral("-t"),
+                                                                        sentence, QStringLiteral("-o"), spoken}) == 0;
+    if (!said)
+        return {};
+    return soxFile(folder, name, {spoken}, {QStringLiteral("-r16000"), QStringLiteral("-c1"), QStringLiteral("-b16")});
 }
 
 // Length of the file and the time of its last sample louder than a whisper.
@@ -64,8 +72,8 @@ std::optional<SpeechAudio> SpeechAudio::make(const QString &folder, const Script
     QStringList parts{lead};
     double at = script.leadSeconds;
     for (qsizetype i = 0; i < script.sentences.size(); ++i) {
-        const QString said = QDir(folder).filePath(QStringLiteral("sentence%1.wav").arg(i));
-        const auto sound = say(script.sentences[i], said) ? soundOf(said) : std::nullopt;
+        const QString said = say(script.sentences[i], script.voice, folder, QStringLiteral("sentence%1.wav").arg(i));
+        const auto sound = said.isEmpty() ? std::nullopt : soundOf(said);
         if (!sound)
             return std::nullopt;
         speech.sentenceEnds << at + sound->second;
