@@ -64,8 +64,7 @@ QStringList SpeechAudio::lecture()
 std::optional<SpeechAudio> SpeechAudio::make(const QString &folder, const Script &script)
 {
     const QString lead = quiet(folder, QStringLiteral("lead.wav"), script.leadSeconds);
-    const QString pause = quiet(folder, QStringLiteral("pause.wav"), script.pauseSeconds);
-    if (lead.isEmpty() || pause.isEmpty())
+    if (lead.isEmpty())
         return std::nullopt;
 
     SpeechAudio speech;
@@ -76,8 +75,12 @@ std::optional<SpeechAudio> SpeechAudio::make(const QString &folder, const Script
         const auto sound = said.isEmpty() ? std::nullopt : soundOf(said);
         if (!sound)
             return std::nullopt;
+        const double pauseSeconds = script.pausesAfter.value(i, script.pauseSeconds);
+        const QString pause = quiet(folder, QStringLiteral("pause%1.wav").arg(i), pauseSeconds);
+        if (pause.isEmpty())
+            return std::nullopt;
         speech.sentenceEnds << at + sound->second;
-        at += sound->first + script.pauseSeconds;
+        at += sound->first + pauseSeconds;
         parts << said << pause;
     }
     speech.seconds = at;

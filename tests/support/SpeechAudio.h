@@ -17,6 +17,7 @@ struct SpeechAudio
         QStringList sentences;
         double leadSeconds = 0.5;    // quiet before the first sentence
         double pauseSeconds = 1.0;   // after each sentence
+        QList<double> pausesAfter{};   // after each sentence, where given, instead of pauseSeconds
         double noise = 0;            // > 0: white noise of this amplitude under everything, as in a room
         QString voice = QStringLiteral("slt");   // a flite voice, or "espeak-ng" (US English)
     };
