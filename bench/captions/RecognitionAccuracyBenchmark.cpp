@@ -131,8 +131,10 @@ QList<Pieces> recognise(const QString &path)
         }
     });
     std::vector<float> block;
-    while (file.read(format.sampleRate / 20, block))
-        (*recognizer)->feed(converter->convert({block.data(), qsizetype(block.size()) / format.channels, format}));
+    while (file.read(format.sampleRate / 20, block)) {
+        const AudioBuffer buffer{block.data(), qsizetype(block.size()) / format.channels, format};
+        (*recognizer)->feed(converter->convert(buffer));
+    }
     (*recognizer)->finish();
     reader.join();
     return finals;
@@ -164,7 +166,8 @@ void writeWords(const QString &speaker, const Heard &heard)
     qsizetype errors = 0;
     const std::vector<bool> right = align(heard.said, heardWords, errors);
     for (qsizetype i = 0; i < pieces.size(); ++i)
-        out << speaker << ',' << heardWords[i] << ',' << pieces[i].confidence << ',' << int(right[size_t(i)]) << '\n';
+        out << speaker << ',' << heardWords[i] << ',' << pieces[i].confidence << ','
+            << int(right[size_t(i)]) << '\n';
 }
 
 void report(benchmark::State &state, const QString &speaker, const Heard &heard)
@@ -249,7 +252,8 @@ void halfAnHourAsFastAsPossible(benchmark::State &state)
         return;
     }
     constexpr int copies = 15;
-    const QString half = soxFile(folder.path(), QStringLiteral("half-an-hour.wav"), QStringList(copies, speech->path), {});
+    const QString half =
+        soxFile(folder.path(), QStringLiteral("half-an-hour.wav"), QStringList(copies, speech->path), {});
     QStringList said;
     for (int i = 0; i < copies; ++i)
         said << words(lectureScript().join(u' '));

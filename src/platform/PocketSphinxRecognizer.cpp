@@ -53,7 +53,8 @@ double confidence(double posterior)
         const auto [fromPosterior, fromShare] = measured[i - 1];
         const auto [toPosterior, toShare] = measured[i];
         if (posterior <= toPosterior)
-            return fromShare + (toShare - fromShare) * (posterior - fromPosterior) / (toPosterior - fromPosterior);
+            return fromShare
+                   + (toShare - fromShare) * (posterior - fromPosterior) / (toPosterior - fromPosterior);
     }
     return measured.back().second;
 }
@@ -95,7 +96,8 @@ std::optional<QString> checkElsewhere(const PocketSphinxModel &model, const QStr
     const int spawned = posix_spawn(&child, argv.front(), &quiet, nullptr, argv.data(), environ);
     posix_spawn_file_actions_destroy(&quiet);
     if (spawned != 0)
-        return PocketSphinxModel::failure(u"无法启动模型检查程序："_s + QString::fromLocal8Bit(std::strerror(spawned)));
+        return PocketSphinxModel::failure(u"无法启动模型检查程序："_s
+                                          + QString::fromLocal8Bit(std::strerror(spawned)));
 
     // A descriptor that becomes readable when the child ends, so poll() bounds the wait.
     const int exited = int(syscall(SYS_pidfd_open, child, 0));
@@ -109,7 +111,8 @@ std::optional<QString> checkElsewhere(const PocketSphinxModel &model, const QStr
     while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
     if (!inTime)
-        return PocketSphinxModel::failure(folder + u" 里的模型加载超时（超过 %1 秒）"_s.arg(checkSecondsAtMost));
+        return PocketSphinxModel::failure(folder
+                                          + u" 里的模型加载超时（超过 %1 秒）"_s.arg(checkSecondsAtMost));
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
         return PocketSphinxModel::failure(folder + u" 里的模型文件无法读取");
     return std::nullopt;

@@ -190,7 +190,8 @@ TEST_F(MicSourceTest, SoundARecogniserFarBehindDropsIsToldAsTheProblem)
     input->play(std::vector<float>(48'000 * 2, 0.1f), 4'800);
     EXPECT_EQ(mic.problem(), std::nullopt);
     recognizers.made.value(english)->behind = true;
-    input->play(std::vector<float>(48'000 * 2 * 3, 0.1f), 4'800);   // three seconds the audio thread didn't wait for
+    // Three seconds the audio thread did not wait for.
+    input->play(std::vector<float>(48'000 * 2 * 3, 0.1f), 4'800);
     EXPECT_EQ(mic.problem(), u"本机语音识别跟不上，已跳过 3 秒声音");
 }
 

@@ -91,8 +91,9 @@ int milliseconds(Steady::duration duration)
 // An OpenAI Responses reply with the text.
 TestServer::Response reply(const QString &text)
 {
+    const QByteArray quoted = '"' + text.toUtf8() + '"';
     TestServer::Response response = TestServer::Response::json(
-        R"({"output": [{"content": [{"type": "output_text", "text": )" + ('"' + text.toUtf8() + '"') + "}]}]}");
+        R"({"output": [{"content": [{"type": "output_text", "text": )" + quoted + "}]}]}");
     response.delay = 1s;
     return response;
 }
@@ -129,8 +130,8 @@ TEST(LectureSpeechTest, AnswersComeInTheSilenceANoticeSaidLastIsSentAndTheClassE
     config.answerLanguage = u"Simplified Chinese"_s;
     auto clock = std::make_shared<ForwardClock>();
     auto fast = std::make_shared<OpenAIProvider>(OpenAIProvider::Settings{u"key"_s, u"fast"_s});
-    Engine engine(config, std::make_unique<MicSource>(QStringList{u"en-US"_s}, hub, PocketSphinxRecognizer::factory()),
-                  nullptr, fast, clock);
+    auto source = std::make_unique<MicSource>(QStringList{u"en-US"_s}, hub, PocketSphinxRecognizer::factory());
+    Engine engine(config, std::move(source), nullptr, fast, clock);
     clock->ahead = 301s;
 
     const auto note = [&](auto change) {
@@ -141,7 +142,9 @@ TEST(LectureSpeechTest, AnswersComeInTheSilenceANoticeSaidLastIsSentAndTheClassE
     engine.onResult = [&](const QString &kind, const QString &, const QString &) {
         note([&] { heard.cards.append({kind, Steady::now()}); });
     };
-    engine.onCaption = [&](const QString &draft) { note([&] { heard.drafts.append({draft, Steady::now()}); }); };
+    engine.onCaption = [&](const QString &draft) {
+        note([&] { heard.drafts.append({draft, Steady::now()}); });
+    };
     engine.onLine = [&](const QString &line) { note([&] { heard.lines << line; }); };
     engine.onClassEnd = [&] { note([&] { ++heard.classEnds; }); };
     engine.start();

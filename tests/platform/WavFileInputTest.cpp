@@ -162,8 +162,8 @@ TEST(WavFileTest, HostileHeadersAreBoundedByTheFileAndWorded)
         qsizetype frames;
     } cases[] = {
         {"format chunk claiming 4 GB", riff({{"fmt ", 0xFFFF'FFFF, mono}}), u"格式信息不完整"_s, 0},
-        {"65,535 channels at 192 kHz", riff({{"fmt ", 16, fmt(1, 65'535, 192'000, 16)}, {"data", 60, QByteArray(60, 1)}}),
-         u"声道数无效（65535）"_s, 0},
+        {"65,535 channels at 192 kHz",
+         riff({{"fmt ", 16, fmt(1, 65'535, 192'000, 16)}, {"data", 60, QByteArray(60, 1)}}), u"声道数无效（65535）"_s, 0},
         {"no channels", riff({{"fmt ", 16, fmt(1, 0, 16'000, 16)}}), u"声道数无效（0）"_s, 0},
         {"rate of 4 GHz", riff({{"fmt ", 16, fmt(3, 2, 4'000'000'000u, 32)}}), u"采样率无效（4000000000）"_s, 0},
         {"rate of 100 Hz", riff({{"fmt ", 16, fmt(1, 1, 100, 16)}}), u"采样率无效（100）"_s, 0},
@@ -172,7 +172,8 @@ TEST(WavFileTest, HostileHeadersAreBoundedByTheFileAndWorded)
         {"chunk claiming more than the file", riff({{"fmt ", 16, mono}, {"LIST", 0x7FFF'FFFF, "x"}}),
          u"找不到声音数据"_s, 0},
         {"data claiming 4 GB", riff({{"fmt ", 16, mono}, {"data", 0xFFFF'FFFF, tenFrames}}), QString(), 10},
-        {"long format chunk", riff({{"fmt ", 40, mono + QByteArray(24, 0)}, {"data", 20, tenFrames}}), QString(), 10},
+        {"long format chunk", riff({{"fmt ", 40, mono + QByteArray(24, 0)}, {"data", 20, tenFrames}}), QString(),
+         10},
     };
     for (const auto &each : cases) {
         SCOPED_TRACE(each.name);

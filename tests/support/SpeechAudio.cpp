@@ -15,14 +15,16 @@ namespace {
 QString say(const QString &sentence, const QString &voice, const QString &folder, const QString &name)
 {
     const QString spoken = QDir(folder).filePath(u"spoken-" + name);
-    const bool said = voice == u"espeak-ng"
-                          ? QProcess::execute(voice, {QStringLiteral("-v"), QStringLiteral("en-us"), QStringLiteral("-w"),
-                                                      spoken, sentence}) == 0
-                          : QProcess::execute(QStringLiteral("flite"), {QStringLiteral("-voice"), voice, QStringLiteral("-t"),
-                                                                        sentence, QStringLiteral("-o"), spoken}) == 0;
-    if (!said)
+    const QStringList arguments = voice == u"espeak-ng"
+                                      ? QStringList{QStringLiteral("-v"), QStringLiteral("en-us"), QStringLiteral("-w"),
+                                                    spoken, sentence}
+                                      : QStringList{QStringLiteral("-voice"), voice, QStringLiteral("-t"), sentence,
+                                                    QStringLiteral("-o"), spoken};
+    const QString speaker = voice == u"espeak-ng" ? voice : QStringLiteral("flite");
+    if (QProcess::execute(speaker, arguments) != 0)
         return {};
-    return soxFile(folder, name, {spoken}, {QStringLiteral("-r16000"), QStringLiteral("-c1"), QStringLiteral("-b16")});
+    const QStringList format{QStringLiteral("-r16000"), QStringLiteral("-c1"), QStringLiteral("-b16")};
+    return soxFile(folder, name, {spoken}, format);
 }
 
 // Length of the file and the time of its last sample louder than a whisper.
@@ -71,7 +73,8 @@ std::optional<SpeechAudio> SpeechAudio::make(const QString &folder, const Script
     QStringList parts{lead};
     double at = script.leadSeconds;
     for (qsizetype i = 0; i < script.sentences.size(); ++i) {
-        const QString said = say(script.sentences[i], script.voice, folder, QStringLiteral("sentence%1.wav").arg(i));
+        const QString name = QStringLiteral("sentence%1.wav").arg(i);
+        const QString said = say(script.sentences[i], script.voice, folder, name);
         const auto sound = said.isEmpty() ? std::nullopt : soundOf(said);
         if (!sound)
             return std::nullopt;
