@@ -7,6 +7,9 @@
 #include "text/Characters.h"
 #include "text/Regex.h"
 
+#include <atomic>
+#include <cmath>
+
 namespace {
 
 // The letters of a text, code point by code point.
@@ -42,8 +45,16 @@ public:
         const std::span<const qint16> samples = converter_->convert(buffer);
         if (samples.empty())
             return;
+        // A file read as fast as possible waits for recognition; a device's sound never does.
+        if (buffer.mayWait) {
+            for (const auto &recognizer : recognizers_)
+                recognizer->waitForRoom();
+        }
+        bool dropped = false;
         for (const auto &recognizer : recognizers_)
-            recognizer->feed(samples);
+            dropped = !recognizer->feed(samples) || dropped;
+        if (dropped)
+            droppedSamples_ += qint64(samples.size());
     }
 
     void finish()
@@ -52,9 +63,24 @@ public:
             recognizer->finish();
     }
 
+    // A recogniser's trouble, or the sound lost because recognition fell behind.
+    std::optional<QString> problem() const
+    {
+        for (const auto &recognizer : recognizers_) {
+            if (auto problem = recognizer->problem())
+                return problem;
+        }
+        const qint64 dropped = droppedSamples_;
+        if (dropped == 0)
+            return std::nullopt;
+        const double seconds = double(dropped) / recognizers_.front()->sampleRate();
+        return u"本机语音识别跟不上，已跳过 " + QString::number(std::max(1.0, std::round(seconds))) + u" 秒声音";
+    }
+
 private:
     const std::unique_ptr<AudioConverter> converter_;
     const std::vector<std::shared_ptr<SpeechRecognizer>> recognizers_;
+    std::atomic<qint64> droppedSamples_ = 0;
 };
 
 MicSource::MicSource(QStringList localeIDs, MicHub &hub, SpeechRecognizer::Factory recognizers)
@@ -132,6 +158,11 @@ std::optional<QString> MicSource::loadRecognizers(std::vector<std::shared_ptr<Sp
 QString MicSource::read()
 {
     return takeFinals().join(u'\n');
+}
+
+std::optional<QString> MicSource::problem()
+{
+    return listening_ ? listening_->problem() : std::nullopt;
 }
 
 QString MicSource::draft()

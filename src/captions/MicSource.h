@@ -5,9 +5,10 @@
 // its own language for speech in another; cleaned(), fits() and the final-line rules drop what
 // is unlikely to have been said. CloudSource uses one for its live draft.
 //
-// Threads: start(), read(), draft() and takeFinals() come from the engine's thread, stop() from
-// the coordinator, after start() has returned. The hub's audio thread only converts each buffer
-// and queues it for the recognisers. One reader thread per recogniser recognises and writes the
+// Threads: start(), read(), draft(), problem() and takeFinals() come from the engine's thread,
+// stop() from the coordinator, after start() has returned and the engine's loop has ended. The
+// hub's audio thread only converts each buffer and queues it for the recognisers (waiting for
+// room only when the buffer says it may: a file read as fast as possible). One reader thread per recogniser recognises and writes the
 // lines and the draft under the source's lock, which is held only for list operations. stop()
 // waits for the readers, at most one step of recognition. The hub must outlive the source.
 
@@ -40,6 +41,9 @@ public:
     QString read() override;
     QString draft() override;
     void stop() override;
+    // A recogniser's trouble, or how much sound was skipped because recognition fell behind the
+    // microphone (its queue is bounded so the audio thread never waits).
+    std::optional<QString> problem() override;
 
     // What start() says when there is no microphone to listen to.
     static QString noMicrophone();

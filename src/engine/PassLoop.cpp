@@ -58,6 +58,7 @@ void PassLoop::pass()
     lastDraft_ = draft;
     if (lines.isEmpty()) {
         reportIdle();
+        triggers_.sendReadyCards();
         idle_ = true;
         return;
     }
@@ -71,7 +72,8 @@ void PassLoop::pass()
             state_->callbacks.onLine(line);
     }
     triggers_.examine(lines, publish);
-    triggers_.dispatch();
+    triggers_.sendReadyCards();
+    triggers_.sendDue();
     first_ = false;
     idle_ = false;
 }

@@ -94,7 +94,7 @@ void Triggers::consider(const QString &sentence, bool publish)
         notices_.add(sentence, now());
 }
 
-void Triggers::dispatch()
+void Triggers::sendReadyCards()
 {
     const Switches switches = state_->switches();
     if (!switches.questions)
@@ -104,6 +104,11 @@ void Triggers::dispatch()
     sendCards(questions_, questionTiming, Engine::questionKind, Prompts::question());
     if (const auto notices = sendCards(notices_, noticeTiming, Engine::noticeKind, Prompts::notice()))
         ModelCalls::findEvents(state_, *notices, state_->contextWindow());
+}
+
+void Triggers::sendDue()
+{
+    const Switches switches = state_->switches();
     const qsizetype lineCount = state_->lineCount();
     sendSummary(lineCount, switches.keyPoints);
     sendVocabulary(lineCount, switches.vocabulary);

@@ -25,8 +25,13 @@ public:
     // The accepted lines of a pass. Only when publish holds do candidates join the batches;
     // their keys are remembered either way.
     void examine(const QStringList &lines, bool publish);
-    // Sends what is ready or due; called on a pass with accepted lines only.
-    void dispatch();
+    // Sends the question and notice batches that are ready, emptying those switched off. Also on
+    // a pass without lines, so an answer comes while the room is silent after a question and a
+    // notice said last is not left waiting for the teacher's next line.
+    void sendReadyCards();
+    // Sends the summary and vocabulary calls that are due; on a pass with accepted lines only,
+    // so their cadence follows the lines.
+    void sendDue();
 
     using Duration = Text::Clock::Duration;
 

@@ -20,4 +20,7 @@ struct AudioBuffer
     const float *samples = nullptr;   // frames × channels values, interleaved
     qsizetype frames = 0;
     AudioFormat format;
+    // A file read as fast as it is taken: a listener may wait for its consumer rather than drop
+    // sound. Never set by a device, whose audio thread must not wait.
+    bool mayWait = false;
 };

@@ -4,7 +4,8 @@
 // a WAV file standing in for it. The hub is the only caller and serialises start() and stop().
 //
 // start() and format() may block briefly and are called from any thread but the audio thread.
-// The receiver runs on the input's own audio thread, one buffer after another. stop() never
+// The receiver runs on the input's own audio thread, one buffer after another; it must not wait
+// unless the buffer says it may (a file read as fast as it is taken). stop() never
 // waits for that thread, so it may be called from the receiver itself; a buffer already under
 // way may still arrive after it. A start() after a stop() begins a fresh run. The destructor
 // returns once the audio thread has ended: no receiver call follows it.

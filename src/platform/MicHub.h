@@ -5,7 +5,8 @@
 //
 // Every listener receives the same buffers: interleaved float samples with their format (see
 // AudioBuffer), called on the input's audio thread in no particular order between listeners. A
-// listener must copy or convert what it needs and return quickly; it may call remove(), also its
+// listener must copy or convert what it needs and return quickly (it may wait for its consumer
+// only when the buffer says so: a file input read as fast as taken); it may call remove(), also its
 // own, since no lock of the hub is held while listeners run. A listener may be called once more
 // after its remove() returns, so it holds what it feeds weakly.
 //

@@ -6,7 +6,7 @@
 // Several recognisers may run side by side on the same sound.
 //
 // feed() and finish() may come from any thread and never wait for recognition: feed() is meant
-// for the audio thread. next() is called by one thread, the recogniser's reader, which does the
+// for the audio thread; waitForRoom() waits, for a file input only. next() is called by one thread, the recogniser's reader, which does the
 // recognising inside it. The recogniser is owned by whoever made it.
 
 #include <QList>
@@ -54,9 +54,16 @@ public:
 
     // Samples per second that feed() takes.
     virtual int sampleRate() const = 0;
-    virtual void feed(std::span<const qint16> samples) = 0;
+    // Queues the sound without waiting; false when it was dropped because recognition is too far
+    // behind (minutes of sound already queued).
+    virtual bool feed(std::span<const qint16> samples) = 0;
+    // Waits until the queue is short (a few seconds of sound) or finish() is called. Only for
+    // sound that may wait, a file read as fast as it is taken; never the audio thread of a device.
+    virtual void waitForRoom() = 0;
     // No more sound will come: next() gives what is left and then ends.
     virtual void finish() = 0;
     // Waits for the next result; none once the sound is finished and recognised, or on stop.
     virtual std::optional<Result> next(std::stop_token stop) = 0;
+    // A lasting trouble of the recogniser worded for the user; none while all is well. Any thread.
+    virtual std::optional<QString> problem() const { return std::nullopt; }
 };

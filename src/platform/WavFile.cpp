@@ -9,6 +9,13 @@ namespace {
 constexpr quint16 formatPcm = 1;
 constexpr quint16 formatFloat = 3;
 constexpr quint16 formatExtensible = 0xFFFE;
+// The part of a format chunk that is read: the plain fields and the extensible sub-format tag.
+constexpr qint64 formatBytesRead = 26;
+// What a microphone or a recording could be; a header beyond this is damaged or hostile, and its
+// sizes would make the reader's buffers huge.
+constexpr int channelsAtMost = 8;
+constexpr int rateAtLeast = 8'000;
+constexpr int rateAtMost = 192'000;
 
 struct Chunk
 {
@@ -52,9 +59,13 @@ std::optional<QString> WavFile::readHeader()
         return QStringLiteral("不是 WAV 文件");
     bool haveFormat = false;
     while (const auto chunk = readChunk(file_)) {
+        // Sizes are believed only as far as the file really goes.
+        const qint64 rest = file_.size() - file_.pos();
         if (chunk->id == "fmt ") {
-            const QByteArray fmt = file_.read(chunk->size);
-            if (fmt.size() < 16 || chunk->size < 16)
+            if (chunk->size < 16 || chunk->size > rest)
+                return QStringLiteral("格式信息不完整");
+            const QByteArray fmt = file_.read(std::min<qint64>(chunk->size, formatBytesRead));
+            if (fmt.size() < 16)
                 return QStringLiteral("格式信息不完整");
             quint16 tag = qFromLittleEndian<quint16>(fmt.constData());
             format_.channels = qFromLittleEndian<quint16>(fmt.constData() + 2);
@@ -68,18 +79,19 @@ std::optional<QString> WavFile::readHeader()
             if (!integer && !floating)
                 return QStringLiteral("不支持的采样格式（%1，%2 位）").arg(tag).arg(bits);
             encoding_ = floating ? Encoding::Float : Encoding::Integer;
-            if (!format_.isValid())
-                return QStringLiteral("采样率或声道数无效");
+            if (format_.channels < 1 || format_.channels > channelsAtMost)
+                return QStringLiteral("声道数无效（%1）").arg(format_.channels);
+            if (format_.sampleRate < rateAtLeast || format_.sampleRate > rateAtMost)
+                return QStringLiteral("采样率无效（%1）").arg(qFromLittleEndian<quint32>(fmt.constData() + 4));
             haveFormat = true;
-            file_.seek(file_.pos() + (chunk->size & 1));
+            file_.seek(file_.pos() - fmt.size() + chunk->size + (chunk->size & 1));
         } else if (chunk->id == "data") {
             if (!haveFormat)
                 return QStringLiteral("缺少格式信息");
             // A writer that never finished leaves the size at 0 or beyond the end: read what is there.
-            const qint64 rest = file_.size() - file_.pos();
             dataLeft_ = chunk->size == 0 || chunk->size > rest ? rest : chunk->size;
             return std::nullopt;
-        } else if (!file_.seek(file_.pos() + chunk->size + (chunk->size & 1))) {
+        } else if (chunk->size > rest || !file_.seek(file_.pos() + chunk->size + (chunk->size & 1))) {
             break;
         }
     }

@@ -2,7 +2,9 @@
 
 // Reads the samples of a WAV file as interleaved floats, a block at a time, so an hour of sound
 // never sits in memory. Integer PCM of 8, 16, 24 or 32 bits and float of 32 or 64 bits, plain or
-// in the extensible header. Used by one thread at a time.
+// in the extensible header, 1 to 8 channels at 8 to 192 kHz; every size in the header is bounded
+// by the file's real length, so a damaged file is a worded failure, never a huge buffer. Used by
+// one thread at a time.
 
 #include "platform/AudioBuffer.h"
 

@@ -60,7 +60,7 @@ std::optional<QString> WavFileInput::start(Receiver receiver)
                 played = 0;
             }
             const qsizetype got = qsizetype(samples.size()) / format.channels;
-            receiver(AudioBuffer{samples.data(), got, format});
+            receiver(AudioBuffer{samples.data(), got, format, pace_ == Pace::AsFastAsPossible && inFile});
             played += got;
             if ((pace_ == Pace::RealTime || !inFile) && !keepPace(clock_, begin, played, format.sampleRate, stop))
                 break;

@@ -2,8 +2,9 @@
 
 // A WAV file standing in for the microphone, for demos and tests on machines without one. Each
 // start() plays the file from its beginning on a thread of its own, in buffers of 50 ms, either
-// at the pace of real time or as fast as the receiver takes them; after its end the input goes on
-// like a microphone in a quiet room, with silence in real time, until stop().
+// at the pace of real time or as fast as the receiver takes them (the buffers then say that
+// listeners may wait, so a recogniser holds the file back instead of losing sound); after its end
+// the input goes on like a microphone in a quiet room, with silence in real time, until stop().
 //
 // The clock paces real time and must outlive the input.
 

@@ -183,4 +183,16 @@ TEST_F(MicSourceTest, EveryLanguageHearsTheMicrophoneAndAnExtraOneNeedsThreeBeli
     mic.stop();
 }
 
+TEST_F(MicSourceTest, SoundARecogniserFarBehindDropsIsToldAsTheProblem)
+{
+    MicSource mic({english}, hub, recognizers.factory());
+    ASSERT_EQ(mic.start(), std::nullopt);
+    input->play(std::vector<float>(48'000 * 2, 0.1f), 4'800);
+    EXPECT_EQ(mic.problem(), std::nullopt);
+    recognizers.made.value(english)->behind = true;
+    // Three seconds the audio thread did not wait for.
+    input->play(std::vector<float>(48'000 * 2 * 3, 0.1f), 4'800);
+    EXPECT_EQ(mic.problem(), u"本机语音识别跟不上，已跳过 3 秒声音");
+}
+
 } // namespace

@@ -24,7 +24,14 @@ public:
     }
 
     int sampleRate() const override { return sampleRate_; }
-    void feed(std::span<const qint16> samples) override { fed += qsizetype(samples.size()); }
+    bool feed(std::span<const qint16> samples) override
+    {
+        if (behind)
+            return false;
+        fed += qsizetype(samples.size());
+        return true;
+    }
+    void waitForRoom() override {}
     void finish() override
     {
         std::scoped_lock lock(mutex_);
@@ -68,6 +75,7 @@ public:
     }
 
     std::atomic<qsizetype> fed = 0;   // samples
+    std::atomic<bool> behind = false;  // drops what it is fed, as one far behind would
 
 private:
     const int sampleRate_;

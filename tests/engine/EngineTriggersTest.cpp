@@ -123,7 +123,7 @@ Otherwise reply in exactly two lines (the student already sees the question in t
     EXPECT_EQ(fake->calls().size(), 10);
 }
 
-TEST_F(EngineTest, DraftQuestionWaitsForTheNextLineAndNothingIsAskedWhileSwitchedOff)
+TEST_F(EngineTest, DraftQuestionIsAskedOnceSettledAndNothingIsAskedWhileSwitchedOff)
 {
     startWith(micConfig());
     // Heard while switched off, a question or notice keeps its key and isn't asked when repeated.
@@ -136,21 +136,45 @@ TEST_F(EngineTest, DraftQuestionWaitsForTheNextLineAndNothingIsAskedWhileSwitche
     pass({u"Why does entropy grow?"_s, u"The exam is next Monday."_s});
     pass({u"Fine again."_s}, 2s);
 
-    // A draft asks only with its mark, and only once a line comes; a draft seen while off was
-    // never looked at. Another draft of the same sentence has the same last ten letters.
+    // A draft asks only with its mark; a draft seen while off was never looked at. Another
+    // draft of the same sentence has the same last ten letters. No line needs to come.
     source->setDraft(u"Does anyone know why entropy grows"_s);
     pass();
     source->setDraft(u"Does anyone know why entropy grows?"_s);
     pass();
     source->setDraft(u"So, does anyone know why entropy grows?"_s);
     pass();
-    pass({}, 10s);
     EXPECT_TRUE(fake->calls().isEmpty());
-    source->setDraft(QString());
-    pass({u"Hmm."_s});
+    pass();
     ASSERT_EQ(fake->calls().size(), 1);
     EXPECT_TRUE(fake->calls().first().prompt().contains(
         tagged(u"sentences"_s, u"Does anyone know why entropy grows?"_s)));
+}
+
+TEST_F(EngineTest, CardsComeWhileTheRoomIsSilentButTheSummaryWaitsForLines)
+{
+    Config config = micConfig();
+    config.recordKeyPoints = true;
+    startWith(config);
+    // A question, then students thinking: asked once it has settled, 0.6 s on.
+    pass({u"Good morning."_s, u"Why does ice float on water?"_s});
+    pass();
+    EXPECT_TRUE(callsContaining(u"may be questions"_s).isEmpty());
+    pass();
+    EXPECT_EQ(callsContaining(u"may be questions"_s).size(), 1);
+
+    // A notice as the last words before silence: sent 1.5 s on.
+    pass({u"The homework is due next Friday."_s});
+    pass({}, 1200ms);
+    EXPECT_TRUE(callsContaining(u"exam/homework/schedule keyword"_s).isEmpty());
+    pass();
+    EXPECT_EQ(callsContaining(u"exam/homework/schedule keyword"_s).size(), 1);
+
+    // Three lines and a long silence: the summary comes with the next line, not before.
+    pass({}, 120s);
+    EXPECT_TRUE(callsContaining(u"running summary"_s).isEmpty());
+    pass({u"Let us go on."_s});
+    EXPECT_EQ(callsContaining(u"running summary"_s).size(), 1);
 }
 
 TEST_F(EngineTest, NoticeAndDatedEvents)

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QSettings>
 #include <QTemporaryDir>
+#include <QtEndian>
 
 #include <gtest/gtest.h>
 
@@ -121,6 +122,75 @@ TEST(WavFileTest, BadFilesGetAWordedReasonAndMakeNoInput)
 
     const QString ulaw = tone(folder, u"ulaw.wav"_s, {u"-r8000"_s, u"-eu-law"_s});
     EXPECT_TRUE(problem(ulaw).contains(u"不支持的采样格式")) << problem(ulaw);
+}
+
+// A hand-made RIFF file: "WAVE", then each chunk as its id, its claimed size and its bytes.
+QByteArray riff(const QList<std::tuple<QByteArray, quint32, QByteArray>> &chunks)
+{
+    QByteArray body("WAVE");
+    for (const auto &[id, size, bytes] : chunks) {
+        body += id;
+        body += QByteArray(4, 0);
+        qToLittleEndian(size, body.data() + body.size() - 4);
+        body += bytes;
+    }
+    QByteArray file("RIFF" + QByteArray(4, 0) + body);
+    qToLittleEndian(quint32(body.size()), file.data() + 4);
+    return file;
+}
+
+QByteArray fmt(quint16 tag, quint16 channels, quint32 rate, quint16 bits)
+{
+    QByteArray bytes(16, 0);
+    qToLittleEndian(tag, bytes.data());
+    qToLittleEndian(channels, bytes.data() + 2);
+    qToLittleEndian(rate, bytes.data() + 4);
+    qToLittleEndian(bits, bytes.data() + 14);
+    return bytes;
+}
+
+TEST(WavFileTest, HostileHeadersAreBoundedByTheFileAndWorded)
+{
+    QTemporaryDir folder;
+    const QByteArray mono = fmt(1, 1, 16'000, 16);
+    const QByteArray tenFrames(20, '\x10');
+    const struct
+    {
+        const char *name;
+        QByteArray bytes;
+        QString problem;   // empty: it opens
+        qsizetype frames;
+    } cases[] = {
+        {"format chunk claiming 4 GB", riff({{"fmt ", 0xFFFF'FFFF, mono}}), u"格式信息不完整"_s, 0},
+        {"65,535 channels at 192 kHz",
+         riff({{"fmt ", 16, fmt(1, 65'535, 192'000, 16)}, {"data", 60, QByteArray(60, 1)}}), u"声道数无效（65535）"_s, 0},
+        {"no channels", riff({{"fmt ", 16, fmt(1, 0, 16'000, 16)}}), u"声道数无效（0）"_s, 0},
+        {"rate of 4 GHz", riff({{"fmt ", 16, fmt(3, 2, 4'000'000'000u, 32)}}), u"采样率无效（4000000000）"_s, 0},
+        {"rate of 100 Hz", riff({{"fmt ", 16, fmt(1, 1, 100, 16)}}), u"采样率无效（100）"_s, 0},
+        {"12-bit samples", riff({{"fmt ", 16, fmt(1, 1, 16'000, 12)}}), u"不支持的采样格式（1，12 位）"_s, 0},
+        {"data before format", riff({{"data", 20, tenFrames}, {"fmt ", 16, mono}}), u"缺少格式信息"_s, 0},
+        {"chunk claiming more than the file", riff({{"fmt ", 16, mono}, {"LIST", 0x7FFF'FFFF, "x"}}),
+         u"找不到声音数据"_s, 0},
+        {"data claiming 4 GB", riff({{"fmt ", 16, mono}, {"data", 0xFFFF'FFFF, tenFrames}}), QString(), 10},
+        {"long format chunk", riff({{"fmt ", 40, mono + QByteArray(24, 0)}, {"data", 20, tenFrames}}), QString(),
+         10},
+    };
+    for (const auto &each : cases) {
+        SCOPED_TRACE(each.name);
+        QFile out(folder.filePath(QString::fromLatin1(each.name)));
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(each.bytes);
+        out.close();
+        WavFile file(out.fileName());
+        const auto problem = file.open();
+        const QString worded = u"无法读取音频文件 " + out.fileName() + u"：" + each.problem;
+        EXPECT_EQ(problem.value_or(QString()), each.problem.isEmpty() ? QString() : worded);
+        std::vector<float> samples;
+        qsizetype frames = 0;
+        while (!problem && file.read(9'600, samples))
+            frames += qsizetype(samples.size());
+        EXPECT_EQ(frames, each.frames);
+    }
 }
 
 TEST(WavFileInputTest, PlaysTheFileAsFastAsTakenThenSilenceInRealTime)

@@ -10,11 +10,21 @@
 
 namespace {
 
-bool say(const QString &sentence, const QString &path)
+// The sentence said by the voice into `name` in the folder, at the rate and in the channels of
+// the quiet between sentences; empty when the speaker or sox fails.
+QString say(const QString &sentence, const QString &voice, const QString &folder, const QString &name)
 {
-    return QProcess::execute(QStringLiteral("flite"), {QStringLiteral("-voice"), QStringLiteral("slt"), QStringLiteral("-t"),
-                                                       sentence, QStringLiteral("-o"), path})
-           == 0;
+    const QString spoken = QDir(folder).filePath(u"spoken-" + name);
+    const QStringList arguments = voice == u"espeak-ng"
+                                      ? QStringList{QStringLiteral("-v"), QStringLiteral("en-us"), QStringLiteral("-w"),
+                                                    spoken, sentence}
+                                      : QStringList{QStringLiteral("-voice"), voice, QStringLiteral("-t"), sentence,
+                                                    QStringLiteral("-o"), spoken};
+    const QString speaker = voice == u"espeak-ng" ? voice : QStringLiteral("flite");
+    if (QProcess::execute(speaker, arguments) != 0)
+        return {};
+    const QStringList format{QStringLiteral("-r16000"), QStringLiteral("-c1"), QStringLiteral("-b16")};
+    return soxFile(folder, name, {spoken}, format);
 }
 
 // Length of the file and the time of its last sample louder than a whisper.
@@ -56,20 +66,24 @@ QStringList SpeechAudio::lecture()
 std::optional<SpeechAudio> SpeechAudio::make(const QString &folder, const Script &script)
 {
     const QString lead = quiet(folder, QStringLiteral("lead.wav"), script.leadSeconds);
-    const QString pause = quiet(folder, QStringLiteral("pause.wav"), script.pauseSeconds);
-    if (lead.isEmpty() || pause.isEmpty())
+    if (lead.isEmpty())
         return std::nullopt;
 
     SpeechAudio speech;
     QStringList parts{lead};
     double at = script.leadSeconds;
     for (qsizetype i = 0; i < script.sentences.size(); ++i) {
-        const QString said = QDir(folder).filePath(QStringLiteral("sentence%1.wav").arg(i));
-        const auto sound = say(script.sentences[i], said) ? soundOf(said) : std::nullopt;
+        const QString name = QStringLiteral("sentence%1.wav").arg(i);
+        const QString said = say(script.sentences[i], script.voice, folder, name);
+        const auto sound = said.isEmpty() ? std::nullopt : soundOf(said);
         if (!sound)
             return std::nullopt;
+        const double pauseSeconds = script.pausesAfter.value(i, script.pauseSeconds);
+        const QString pause = quiet(folder, QStringLiteral("pause%1.wav").arg(i), pauseSeconds);
+        if (pause.isEmpty())
+            return std::nullopt;
         speech.sentenceEnds << at + sound->second;
-        at += sound->first + script.pauseSeconds;
+        at += sound->first + pauseSeconds;
         parts << said << pause;
     }
     speech.seconds = at;

@@ -1,7 +1,8 @@
 #pragma once
 
-// Spoken English for speech tests: sentences said by flite's "slt" voice (which PocketSphinx
-// recognises well) with pauses between them, in one 16 kHz mono 16-bit WAV file.
+// Spoken English for speech tests: sentences said by a flite voice ("slt" unless told, which
+// PocketSphinx recognises best) or by espeak-ng, with pauses between them, in one 16 kHz mono
+// 16-bit WAV file.
 
 #include <QList>
 #include <QString>
@@ -16,7 +17,9 @@ struct SpeechAudio
         QStringList sentences;
         double leadSeconds = 0.5;    // quiet before the first sentence
         double pauseSeconds = 1.0;   // after each sentence
+        QList<double> pausesAfter{};   // after each sentence, where given, instead of pauseSeconds
         double noise = 0;            // > 0: white noise of this amplitude under everything, as in a room
+        QString voice = QStringLiteral("slt");   // a flite voice, or "espeak-ng" (US English)
     };
 
     QString path;
