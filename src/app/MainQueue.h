@@ -28,8 +28,9 @@ public:
     // Calls of everything bound so far are dropped from now on, queued ones included.
     void expire();
 
-    template<typename... Args>
-    std::function<void(Args...)> bind(std::function<void(Args...)> fn) const
+    // bind<const QString &>(fn): the arguments of the wrapped call are named, fn takes them.
+    template<typename... Args, typename Function>
+    std::function<void(Args...)> bind(Function fn) const
     {
         return [weak = std::weak_ptr<Generation>(generation_), born = generation_->value,
                 fn = std::move(fn)](Args... args) {

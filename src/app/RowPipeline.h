@@ -13,6 +13,7 @@
 
 #include "app/views/TranscriptSurface.h"
 #include "text/Clock.h"
+#include "text/Schedule.h"
 
 #include <QHash>
 #include <QSet>
@@ -30,8 +31,7 @@ class Translator;
 class RowPipeline final
 {
 public:
-    // Runs a task on the main thread after a delay (a single-shot timer; tests use their clock).
-    using Schedule = std::function<void(std::chrono::milliseconds delay, std::function<void()> task)>;
+    using Schedule = Text::Schedule;
 
     static constexpr qsizetype joinLimit = 160;
     static constexpr std::chrono::milliseconds joinWindow{8000};

@@ -42,16 +42,6 @@ std::optional<QString> meaningful(const std::optional<QString> &reply)
     return text;
 }
 
-// Local wall time as two-digit hour and minute, on a 12-hour dial where the user's locale uses one.
-QString clockTime(const QDateTime &now)
-{
-    const QTime time = now.toLocalTime().time();
-    int hour = time.hour();
-    if (QLocale::system().timeFormat(QLocale::ShortFormat).contains(u'a', Qt::CaseInsensitive))
-        hour = hour % 12 == 0 ? 12 : hour % 12;
-    return QStringLiteral("%1:%2").arg(hour, 2, 10, QChar(u'0')).arg(time.minute(), 2, 10, QChar(u'0'));
-}
-
 // The date the model resolves "next Tuesday" from, with the weekday, in US English.
 QString today(const QDateTime &now)
 {
@@ -115,7 +105,7 @@ void ask(std::shared_ptr<EngineState> state, const QString &kind, const QString 
         if (!text)
             return;
         shared.remember(kind, *text);
-        shared.callbacks.onResult(kind, *text, clockTime(shared.clock->now()));
+        shared.callbacks.onResult(kind, *text, cardTime(shared.clock->now()));
     });
 }
 
@@ -155,6 +145,15 @@ void findEvents(std::shared_ptr<EngineState> state, const QStringList &sentences
                 shared.callbacks.onEvent(event);
         }
     });
+}
+
+QString cardTime(const QDateTime &now)
+{
+    const QTime time = now.toLocalTime().time();
+    int hour = time.hour();
+    if (QLocale::system().timeFormat(QLocale::ShortFormat).contains(u'a', Qt::CaseInsensitive))
+        hour = hour % 12 == 0 ? 12 : hour % 12;
+    return QStringLiteral("%1:%2").arg(hour, 2, 10, QChar(u'0')).arg(time.minute(), 2, 10, QChar(u'0'));
 }
 
 } // namespace ModelCalls

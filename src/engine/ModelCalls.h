@@ -7,6 +7,7 @@
 
 #include "engine/EngineState.h"
 
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 
@@ -20,6 +21,9 @@ void ask(std::shared_ptr<EngineState> state, const QString &kind, const QString 
 void summarize(std::shared_ptr<EngineState> state, const QString &prompt);
 // New vocabulary; clears vocabularyBusy when done.
 void collectVocabulary(std::shared_ptr<EngineState> state, const QString &prompt);
+// The time a card or a summary is stamped with: local two-digit hour and minute, on a 12-hour
+// dial (without its mark) where the user's locale uses one.
+QString cardTime(const QDateTime &now);
 // Dated events announced in the sentences, each delivered once.
 void findEvents(std::shared_ptr<EngineState> state, const QStringList &sentences, const QString &context);
 

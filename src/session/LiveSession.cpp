@@ -4,7 +4,6 @@
 #include "text/Clock.h"
 
 #include <QDir>
-#include <QTimer>
 
 #include <algorithm>
 
@@ -13,13 +12,6 @@ namespace {
 constexpr std::chrono::milliseconds saveDelay{2'000};
 // A line is heard about this long before the recogniser hands it over.
 constexpr double lineLead = 3.0;
-
-LiveSession::Schedule onMainThread()
-{
-    return [](std::chrono::milliseconds delay, std::function<void()> task) {
-        QTimer::singleShot(delay, std::move(task));
-    };
-}
 
 std::optional<QString> nonEmpty(const std::optional<QString> &text)
 {
@@ -31,7 +23,7 @@ std::optional<QString> nonEmpty(const std::optional<QString> &text)
 LiveSession::LiveSession(const QString &lecture, const QString &answer, int bitRate, MicHub &hub,
                          const Text::Clock &clock, Schedule schedule)
     : clock_(clock)
-    , schedule_(schedule ? std::move(schedule) : onMainThread())
+    , schedule_(schedule ? std::move(schedule) : Text::mainThreadSchedule())
     , recorder_(hub)
     , self_(std::make_shared<LiveSession *>(this))
 {

@@ -10,6 +10,7 @@
 
 #include "session/AudioRecorder.h"
 #include "session/SessionData.h"
+#include "text/Schedule.h"
 
 #include <QString>
 
@@ -25,9 +26,8 @@ class Clock;
 class LiveSession final
 {
 public:
-    // Runs a task on the main thread after a delay. The default is a single-shot timer; tests
-    // run the saves on a clock of their own.
-    using Schedule = std::function<void(std::chrono::milliseconds delay, std::function<void()> task)>;
+    // The saves' timer: Qt's by default; tests run them on a clock of their own.
+    using Schedule = Text::Schedule;
 
     // Makes the class folder (named after the start minute, made unique) and saves a valid
     // record into it at once.

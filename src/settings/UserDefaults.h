@@ -18,6 +18,10 @@ inline constexpr auto speechURL = "speech.url";
 inline constexpr auto translateURL = "translate.url";
 // A WAV file that stands in for the microphone.
 inline constexpr auto micFile = "mic.file";
+// The panel and the bar float above other windows even when the application is in the background.
+inline constexpr auto windowsPinned = "windows.pinned";
+// What the panel shows: "both", or the transcript or the feed alone.
+inline constexpr auto panelShow = "panel.show";
 
 // The stored text of a key, trimmed; empty when unset.
 QString text(const char *key);

@@ -21,7 +21,7 @@ TEST(MainQueueTest, CallsFromOtherThreadsRunOnTheMainThreadUntilExpiredOrGone)
         onMainThread = onMainThread && QThread::currentThread() == QCoreApplication::instance()->thread();
         ran << text + QString::number(n);
     };
-    const auto first = queue->bind(std::function<void(const QString &, int)>(record));
+    const auto first = queue->bind<const QString &, int>(record);
     const auto fromWorker = [](const std::function<void(const QString &, int)> &fn, const QString &text) {
         std::thread([&] { fn(text, 1); }).join();
     };
@@ -33,7 +33,7 @@ TEST(MainQueueTest, CallsFromOtherThreadsRunOnTheMainThreadUntilExpiredOrGone)
     // Queued before the new generation began: dropped; bound after it: runs.
     fromWorker(first, QStringLiteral("late"));
     queue->expire();
-    const auto second = queue->bind(std::function<void(const QString &, int)>(record));
+    const auto second = queue->bind<const QString &, int>(record);
     fromWorker(second, QStringLiteral("b"));
     fromWorker(first, QStringLiteral("later"));
     ASSERT_TRUE(runEventsUntil([&] { return ran.size() == 2; }));
