@@ -171,6 +171,21 @@ std::optional<QString> PocketSphinxRecognizer::modelFolder(const QString &locale
 
 SpeechRecognizer::Made PocketSphinxRecognizer::make(const QString &locale)
 {
+    auto loaded = load(locale);
+    if (auto *problem = std::get_if<QString>(&loaded))
+        return std::move(*problem);
+    ps_decoder_t *decoder = std::get<Decoder>(loaded).release();
+    const int rate = int(cmd_ln_float32_r(ps_get_config(decoder), "-samprate"));
+    return std::unique_ptr<SpeechRecognizer>(new PocketSphinxRecognizer(decoder, rate));
+}
+
+void PocketSphinxRecognizer::DecoderDeleter::operator()(ps_decoder_s *decoder) const
+{
+    ps_free(decoder);
+}
+
+std::variant<PocketSphinxRecognizer::Decoder, QString> PocketSphinxRecognizer::load(const QString &locale)
+{
     const auto folder = modelFolder(locale);
     if (!folder)
         return PocketSphinxModel::failure(u"找不到 " + locale + u" 的模型");
@@ -180,15 +195,34 @@ SpeechRecognizer::Made PocketSphinxRecognizer::make(const QString &locale)
     const PocketSphinxModel &model = std::get<PocketSphinxModel>(parts);
     if (auto problem = checkElsewhere(model, *folder))
         return *problem;
-    ps_decoder_t *decoder = model.open();
+    Decoder decoder(model.open());
     if (!decoder)
         return PocketSphinxModel::failure(*folder + u" 里的模型文件无法读取");
-    if (ps_start_utt(decoder) < 0) {
-        ps_free(decoder);
+    if (ps_start_utt(decoder.get()) < 0)
         return PocketSphinxModel::failure(*folder + u" 里的模型无法开始识别");
+    return decoder;
+}
+
+QList<PocketSphinxRecognizer::Word> PocketSphinxRecognizer::words(ps_decoder_s *decoder)
+{
+    QList<Word> words;
+    logmath_t *logmath = ps_get_logmath(decoder);
+    for (ps_seg_t *segment = ps_seg_iter(decoder); segment; segment = ps_seg_next(segment)) {
+        const auto text = spoken(QString::fromUtf8(ps_seg_word(segment)));
+        if (!text)
+            continue;
+        int32 acoustic = 0, language = 0, backoff = 0;
+        const double posterior = logmath_exp(logmath, ps_seg_prob(segment, &acoustic, &language, &backoff));
+        Word word{{words.isEmpty() ? *text : u' ' + *text, confidence(posterior)}};
+        ps_seg_frames(segment, &word.firstFrame, &word.lastFrame);
+        words.append(word);
     }
-    const int rate = int(cmd_ln_float32_r(ps_get_config(decoder), "-samprate"));
-    return std::unique_ptr<SpeechRecognizer>(new PocketSphinxRecognizer(decoder, rate));
+    return words;
+}
+
+int PocketSphinxRecognizer::frameRate(ps_decoder_s *decoder)
+{
+    return int(cmd_ln_int32_r(ps_get_config(decoder), "-frate"));
 }
 
 bool PocketSphinxRecognizer::feed(std::span<const qint16> samples)
@@ -315,11 +349,7 @@ void PocketSphinxRecognizer::fail(const QString &problem)
 QList<SpeechRecognizer::Piece> PocketSphinxRecognizer::finalPieces() const
 {
     QList<Piece> pieces;
-    logmath_t *logmath = ps_get_logmath(decoder_);
-    for (ps_seg_t *segment = ps_seg_iter(decoder_); segment; segment = ps_seg_next(segment)) {
-        int32 acoustic = 0, language = 0, backoff = 0;
-        const double posterior = logmath_exp(logmath, ps_seg_prob(segment, &acoustic, &language, &backoff));
-        append(pieces, QString::fromUtf8(ps_seg_word(segment)), confidence(posterior));
-    }
+    for (const Word &word : words(decoder_))
+        pieces.append(word.piece);
     return pieces;
 }

@@ -20,7 +20,9 @@
 
 #include <condition_variable>
 #include <deque>
+#include <memory>
 #include <mutex>
+#include <variant>
 #include <vector>
 
 struct ps_decoder_s;
@@ -39,6 +41,21 @@ public:
     static std::optional<QString> modelFolder(const QString &locale);
     // Loads the model of a supported locale (about a second), or says what is wrong with it.
     static Made make(const QString &locale);
+
+    // What the whole-file recogniser shares: a decoder of the locale's model, loaded the same way,
+    // or what is wrong with the model; and the words of its last utterance read the same way, with
+    // their first and last frames (frameRate() a second) counted from the utterance's start.
+    struct DecoderDeleter { void operator()(ps_decoder_s *decoder) const; };
+    using Decoder = std::unique_ptr<ps_decoder_s, DecoderDeleter>;
+    struct Word
+    {
+        Piece piece;
+        int firstFrame = 0;
+        int lastFrame = 0;
+    };
+    static std::variant<Decoder, QString> load(const QString &locale);
+    static QList<Word> words(ps_decoder_s *decoder);
+    static int frameRate(ps_decoder_s *decoder);
 
     int sampleRate() const override { return sampleRate_; }
     bool feed(std::span<const qint16> samples) override;

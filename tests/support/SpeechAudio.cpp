@@ -82,6 +82,7 @@ std::optional<SpeechAudio> SpeechAudio::make(const QString &folder, const Script
         const QString pause = quiet(folder, QStringLiteral("pause%1.wav").arg(i), pauseSeconds);
         if (pause.isEmpty())
             return std::nullopt;
+        speech.sentenceStarts << at;
         speech.sentenceEnds << at + sound->second;
         at += sound->first + pauseSeconds;
         parts << said << pause;

@@ -23,6 +23,7 @@ struct SpeechAudio
     };
 
     QString path;
+    QList<double> sentenceStarts;   // seconds into the file at which each sentence's sound begins
     QList<double> sentenceEnds;   // seconds into the file at which each sentence's sound ends
     double seconds = 0;
 

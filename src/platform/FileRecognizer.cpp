@@ -1,0 +1,3 @@
+#include "platform/FileRecognizer.h"
+
+FileRecognizer::~FileRecognizer() = default;
