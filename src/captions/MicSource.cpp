@@ -118,8 +118,7 @@ std::optional<QString> MicSource::start()
     if (sampleRate <= 0 || !agree)
         return QStringLiteral("找不到可用的音频格式");
 
-    const QString first = LanguageIdentifier::languageCode(localeIDs_.front());
-    const bool primaryIsLatin = first != u"ko" && first != u"ja" && first != u"zh";
+    const bool primaryIsLatin = MicSource::primaryIsLatin(localeIDs_.front());
     for (size_t i = 0; i < recognizers.size(); ++i) {
         const Reading reading{locales[qsizetype(i)], locales[qsizetype(i)] == localeIDs_.front()};
         readers_.emplace_back([this, recognizer = recognizers[i], reading, primaryIsLatin](std::stop_token stop) {
@@ -250,6 +249,12 @@ QString MicSource::cleaned(const QList<SpeechRecognizer::Piece> &pieces, bool pr
             counted << Text::trimmed(blanks.replace(group.join(QString()), QStringLiteral(" ")));
     }
     return counted.join(u' ');
+}
+
+bool MicSource::primaryIsLatin(const QString &firstLocale)
+{
+    const QString first = LanguageIdentifier::languageCode(firstLocale);
+    return first != u"ko" && first != u"ja" && first != u"zh";
 }
 
 bool MicSource::fits(const QString &text, const QString &language)

@@ -60,6 +60,9 @@ public:
     static QString cleaned(const QList<SpeechRecognizer::Piece> &pieces, bool primary, bool primaryIsLatin);
     // Whether a text is really in the language of the locale identifier.
     static bool fits(const QString &text, const QString &language);
+    // Whether the lecture language of the first locale is written in Latin letters: not Korean,
+    // Japanese or Chinese, whose lectures keep a stray Latin word only when the recogniser is sure.
+    static bool primaryIsLatin(const QString &firstLocale);
 
 private:
     class Listening;

@@ -52,6 +52,8 @@ bool isIn(CharClass charClass, char32_t codePoint)
         return c == u'\t' || u_charType(c) == U_SPACE_SEPARATOR;
     case CharClass::WhitespacesAndNewlines:
         return isIn(CharClass::Whitespaces, codePoint) || (c >= 0x0A && c <= 0x0D) || c == 0x85;
+    case CharClass::PunctuationAndWhitespaces:
+        return (U_GET_GC_MASK(c) & U_GC_P_MASK) != 0 || isIn(CharClass::Whitespaces, codePoint);
     }
     return false;
 }

@@ -14,6 +14,7 @@ enum class CharClass {
     DecimalDigits,           // Nd
     Whitespaces,             // Zs and tab
     WhitespacesAndNewlines,  // Whitespaces plus U+000A..U+000D and U+0085
+    PunctuationAndWhitespaces,  // category P plus Whitespaces
 };
 
 bool isIn(CharClass charClass, char32_t codePoint);
