@@ -3,14 +3,15 @@
 #include "account/Relay.h"
 #include "captions/CloudSource.h"
 #include "captions/MicSource.h"
-#include "captions/UnavailableSource.h"
+#include "captions/WindowSource.h"
 #include "platform/PocketSphinxRecognizer.h"
 #include "settings/Config.h"
 
 std::unique_ptr<CaptionSource> makeSource(const Config &config, MicHub &hub)
 {
     if (config.sourceType == u"window")
-        return std::make_unique<UnavailableSource>(QStringLiteral("这个版本还不能读取其他应用的字幕窗口，请在设置里改用麦克风"));
+        return std::make_unique<WindowSource>(config.app, QStringList{config.lecture().locale, config.answer().locale},
+                                              WindowSource::x11());
     QStringList locales{config.lecture().locale};
     for (const Language &extra : config.extras())
         locales << extra.locale;

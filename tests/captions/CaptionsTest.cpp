@@ -1,4 +1,5 @@
 #include "captions/Captions.h"
+#include "captions/WindowSource.h"
 
 #include "platform/MicHub.h"
 #include "settings/Config.h"
@@ -16,9 +17,16 @@ TEST(CaptionsTest, MakeSourceFollowsTheSourceTypeThenTheRecognizer)
 {
     MicHub hub(std::make_unique<FakeAudioInput>());
     Config config;
+    // The window source reads the application in lower case, in the lecture and answer languages.
     config.sourceType = u"window"_s;
     config.recognizer = u"cloud"_s;
-    EXPECT_EQ(makeSource(config, hub)->start(), u"这个版本还不能读取其他应用的字幕窗口，请在设置里改用麦克风");
+    config.app = u"LiveCaptions"_s;
+    config.answerLanguage = config.lectureLanguage;
+    const auto source = makeSource(config, hub);
+    const auto *window = dynamic_cast<const WindowSource *>(source.get());
+    ASSERT_TRUE(window);
+    EXPECT_EQ(window->app(), u"livecaptions"_s);
+    EXPECT_EQ(window->languages(), QStringList{config.lecture().locale});
 
     // The microphone source, also by default, recognises the lecture language first.
     config.sourceType = u"mic"_s;

@@ -1,6 +1,0 @@
-#include "captions/UnavailableSource.h"
-
-UnavailableSource::UnavailableSource(QString problem)
-    : problem_(std::move(problem))
-{
-}

@@ -1,0 +1,3 @@
+#include "platform/TextReader.h"
+
+TextReader::~TextReader() = default;

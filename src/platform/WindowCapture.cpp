@@ -1,0 +1,3 @@
+#include "platform/WindowCapture.h"
+
+WindowCapture::~WindowCapture() = default;
