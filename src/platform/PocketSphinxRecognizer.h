@@ -44,7 +44,8 @@ public:
 
     // What the whole-file recogniser shares: a decoder of the locale's model, loaded the same way,
     // or what is wrong with the model; and the words of its last utterance read the same way, with
-    // their first and last frames (frameRate() a second) counted from the utterance's start.
+    // their first and last frames (frameRate() a second) counted from the first sound the decoder
+    // was given, across utterances.
     struct DecoderDeleter { void operator()(ps_decoder_s *decoder) const; };
     using Decoder = std::unique_ptr<ps_decoder_s, DecoderDeleter>;
     struct Word
