@@ -160,6 +160,11 @@ TEST_F(RefinerSpeechTest, RecognisesTheRecordingInEachLanguageWithAModel)
 TEST_F(RefinerSpeechTest, GivesNoValueOrNothingForWhatCannotBeRecognised)
 {
     EXPECT_EQ(transcribe({u"fr-FR"_s}), std::nullopt) << "no model for any language";
+    std::stop_source quitting;
+    quitting.request_stop();
+    EXPECT_EQ(Refiner::transcribe(recording_, {u"en-US"_s}, PocketSphinxFileRecognizer::factory(), quitting.get_token()),
+              std::nullopt)
+        << "a run stopped is dropped";
     EXPECT_EQ(transcribe({u"en-US"_s}, documents_.filePath(u"missing.m4a"_s)), std::nullopt);
     put(documents_.filePath(u"notes.m4a"_s), "not sound");
     EXPECT_EQ(transcribe({u"en-US"_s}, documents_.filePath(u"notes.m4a"_s)), std::nullopt);
