@@ -24,7 +24,7 @@ Owned<Reply> owned(Reply *reply)
 QString noDisplay(const QString &why)
 {
     return u"读不到其他应用的窗口：" + why
-           + u"。请在 X11 会话中运行 Quillet；Wayland 会话里只能读取经 XWayland 显示的窗口，然后重新打开它";
+           + u"。请在 X11 会话中运行 Quillet，然后重新打开它；Wayland 会话里只能读取经 XWayland 显示的窗口";
 }
 
 } // namespace

@@ -160,7 +160,7 @@ TEST_F(WindowSourceTest, WindowsThatGoOrCannotBeReadGiveLessNotAFailure)
 
 TEST_F(WindowSourceTest, ADisplayThatIsMissingOrGoesAwayIsWordedOrEmpty)
 {
-    const QString noDisplay = u"读不到其他应用的窗口：打不开 X 显示。请在 X11 会话中运行 Quillet；Wayland 会话里只能读取经 XWayland 显示的窗口，然后重新打开它"_s;
+    const QString noDisplay = u"读不到其他应用的窗口：打不开 X 显示。请在 X11 会话中运行 Quillet，然后重新打开它；Wayland 会话里只能读取经 XWayland 显示的窗口"_s;
     WindowSource missing(u"captions"_s, {u"en-US"_s}, {[] { return X11WindowCapture::open(u":987"_s); }, WindowSource::x11().makeReader});
     EXPECT_EQ(missing.start(), noDisplay);
     EXPECT_EQ(missing.read(), QString());
