@@ -22,6 +22,10 @@ inline constexpr auto micFile = "mic.file";
 inline constexpr auto windowsPinned = "windows.pinned";
 // What the panel shows: "both", or the transcript or the feed alone.
 inline constexpr auto panelShow = "panel.show";
+// The signed-in account's e-mail address.
+inline constexpr auto accountEmail = "account.email";
+// Followed by a lower-cased e-mail address: the index of that account's avatar cat.
+inline constexpr auto avatarCatPrefix = "avatar.cat.";
 
 // The stored text of a key, trimmed; empty when unset.
 QString text(const char *key);
