@@ -16,26 +16,80 @@ std::function<void()> onChange = [] {};
 
 namespace {
 
+// The file as read: the messages, and each one's own bytes in the file, so that a change
+// rewrites the untouched messages as they were instead of encoding megabytes of notes again.
 struct Stored
 {
     QList<InboxMessage> messages;
-    bool unreadable = false;  // the file is there but isn't an inbox
+    QList<QByteArray> elements;  // one per message, in the same order
+    bool unreadable = false;     // the file is there but isn't an inbox
 };
 
-std::optional<QList<InboxMessage>> decode(const QByteArray &bytes)
+// The bytes of each top-level element of a JSON array that has already parsed.
+QList<QByteArray> elementsOf(const QByteArray &array)
+{
+    QList<QByteArray> elements;
+    int depth = 0;
+    bool inString = false;
+    bool escaped = false;
+    qsizetype start = 0;
+    const auto take = [&](qsizetype end) {
+        const QByteArray element = array.sliced(start, end - start).trimmed();
+        if (!element.isEmpty())
+            elements.append(element);
+    };
+    for (qsizetype i = 0; i < array.size(); ++i) {
+        const char c = array[i];
+        if (inString) {
+            if (escaped)
+                escaped = false;
+            else if (c == '\\')
+                escaped = true;
+            else if (c == '"')
+                inString = false;
+            continue;
+        }
+        if (c == '"') {
+            inString = true;
+        } else if (c == '[' || c == '{') {
+            if (++depth == 1)
+                start = i + 1;
+        } else if (c == ']' || c == '}') {
+            if (--depth == 0)
+                take(i);
+        } else if (c == ',' && depth == 1) {
+            take(i);
+            start = i + 1;
+        }
+    }
+    return elements;
+}
+
+QByteArray encoded(const InboxMessage &message)
+{
+    return QJsonDocument(message.toJson()).toJson(QJsonDocument::Compact);
+}
+
+Stored decode(const QByteArray &bytes)
 {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
     if (error.error != QJsonParseError::NoError || !document.isArray())
-        return std::nullopt;
-    QList<InboxMessage> messages;
+        return {{}, {}, true};
+    Stored stored;
     for (const QJsonValue &value : document.array()) {
         auto message = value.isObject() ? InboxMessage::fromJson(value.toObject()) : std::nullopt;
         if (!message)
-            return std::nullopt;
-        messages.append(std::move(*message));
+            return {{}, {}, true};
+        stored.messages.append(std::move(*message));
     }
-    return messages;
+    stored.elements = elementsOf(bytes);
+    if (stored.elements.size() != stored.messages.size()) {
+        stored.elements.clear();
+        for (const InboxMessage &message : std::as_const(stored.messages))
+            stored.elements.append(encoded(message));
+    }
+    return stored;
 }
 
 Stored load()
@@ -43,10 +97,9 @@ Stored load()
     QFile file(path());
     if (!file.exists())
         return {};
-    auto messages = file.open(QIODevice::ReadOnly) ? decode(file.readAll()) : std::nullopt;
-    if (!messages)
-        return {{}, true};
-    return {std::move(*messages), false};
+    if (!file.open(QIODevice::ReadOnly))
+        return {{}, {}, true};
+    return decode(file.readAll());
 }
 
 // The unreadable file keeps its bytes under a name of its own; a failed rename is dropped, and
@@ -60,17 +113,20 @@ void keepAside()
     QFile::rename(path(), aside);
 }
 
-void save(const Stored &stored, QList<InboxMessage> messages)
+void save(const Stored &stored)
 {
     if (stored.unreadable)
         keepAside();
-    if (messages.size() > capacity)
-        messages.resize(capacity);
-    QJsonArray array;
-    for (const InboxMessage &message : messages)
-        array.append(message.toJson());
-    AtomicFile::write(path(), QJsonDocument(array).toJson(QJsonDocument::Compact));
+    const QList<QByteArray> kept = stored.elements.first(std::min(stored.elements.size(), capacity));
+    AtomicFile::write(path(), '[' + kept.join(',') + ']');
     onChange();
+}
+
+qsizetype indexOf(const Stored &stored, const QUuid &id)
+{
+    const auto found = std::find_if(stored.messages.cbegin(), stored.messages.cend(),
+                                    [&](const InboxMessage &m) { return m.id == id; });
+    return found == stored.messages.cend() ? -1 : found - stored.messages.cbegin();
 }
 
 } // namespace
@@ -95,30 +151,30 @@ int unread()
 
 void add(const InboxMessage &message)
 {
-    const Stored stored = load();
-    QList<InboxMessage> messages = stored.messages;
-    messages.prepend(message);
-    save(stored, std::move(messages));
+    Stored stored = load();
+    stored.messages.prepend(message);
+    stored.elements.prepend(encoded(message));
+    save(stored);
 }
 
 void update(const InboxMessage &message)
 {
-    const Stored stored = load();
-    QList<InboxMessage> messages = stored.messages;
-    const auto found = std::find_if(messages.begin(), messages.end(),
-                                    [&](const InboxMessage &m) { return m.id == message.id; });
-    if (found == messages.end())
+    Stored stored = load();
+    const qsizetype index = indexOf(stored, message.id);
+    if (index < 0)
         return;
-    *found = message;
-    save(stored, std::move(messages));
+    stored.elements.replace(index, encoded(message));
+    save(stored);
 }
 
 void remove(const QUuid &id)
 {
-    const Stored stored = load();
-    QList<InboxMessage> messages = stored.messages;
-    messages.removeIf([&](const InboxMessage &m) { return m.id == id; });
-    save(stored, std::move(messages));
+    Stored stored = load();
+    for (qsizetype index = indexOf(stored, id); index >= 0; index = indexOf(stored, id)) {
+        stored.messages.removeAt(index);
+        stored.elements.removeAt(index);
+    }
+    save(stored);
 }
 
 } // namespace Inbox

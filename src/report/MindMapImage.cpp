@@ -1,8 +1,8 @@
 #include "report/MindMapImage.h"
 
 #include "report/MindMapLayout.h"
+#include "report/PngEncoder.h"
 
-#include <QBuffer>
 #include <QImage>
 #include <QPainter>
 #include <QPainterPath>
@@ -90,11 +90,7 @@ std::optional<QByteArray> png(const MindNode &root)
         painter.scale(scale, scale);
         drawBox(painter, layout.root);
     }
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, "PNG"))
-        return std::nullopt;
-    return bytes;
+    return PngEncoder::encode(image);
 }
 
 } // namespace MindMapImage

@@ -25,7 +25,7 @@ protected:
         InboxMessage made;
         made.date = QDateTime(QDate(2026, 11, 18), QTime(9, 30), Qt::UTC);
         made.title = title;
-        made.report = {u"**要点**"_s, {{u"期中"_s, u"2026-12-01"_s, u"10:00"_s, std::nullopt}}, MindNode{u"根"_s, {}}};
+        made.report = {u"**要点** \"引号\" \\ [x], {y}\n"_s, {{u"期中"_s, u"2026-12-01"_s, u"10:00"_s, std::nullopt}}, MindNode{u"根"_s, {}}};
         return made;
     }
 
