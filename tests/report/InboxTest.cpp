@@ -1,4 +1,5 @@
 #include "QtPrinters.h"
+#include "report/CalendarHandler.h"
 #include "report/Inbox.h"
 
 #include <QDir>
@@ -98,4 +99,12 @@ TEST_F(InboxTest, AnUndecodableFileReadsEmptyAndIsKeptAsideWhenTheNextMessageCom
         ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
         EXPECT_EQ(kept.readAll(), bytes);
     }
+}
+
+TEST(CalendarHandler, OnlyATextBodyReachesRun)
+{
+    QStringList run;
+    for (const QVariant &body : {QVariant(u"{\"title\":\"Quiz\"}"_s), QVariant(42), QVariant(), QVariant(QStringList{u"x"_s})})
+        CalendarHandler::receive(body, [&](const QString &text) { run << text; });
+    EXPECT_EQ(run, QStringList{u"{\"title\":\"Quiz\"}"_s});
 }
