@@ -9,6 +9,7 @@
 
 #include <QSettings>
 #include <QSysInfo>
+#include <QThreadPool>
 
 #include <array>
 #include <atomic>
@@ -225,8 +226,7 @@ void setAvatar(int index)
 {
     if (const auto address = email())
         PixelCatChoice::choose(index, *address);
-    QThreadPool &pool = Http::taskPool();
-    pool.start([index] { post(QStringLiteral("/auth/profile"), {{u"avatar"_s, QString::number(index)}}, true); });
+    Http::taskPool().start([index] { post(QStringLiteral("/auth/profile"), {{u"avatar"_s, QString::number(index)}}, true); });
 }
 
 QFuture<Outcome> setPassword(const QString &password, const QString &current, QObject *context, Done done)

@@ -14,7 +14,7 @@
 struct InboxMessage
 {
     QUuid id = QUuid::createUuid();
-    QDateTime date;  // when the message was made; stored as ISO 8601 in UTC
+    QDateTime date = QDateTime::currentDateTimeUtc();  // when it was made; stored in whole seconds
     QString title;   // the class's title
     ClassReport report;
     bool read = false;

@@ -79,9 +79,17 @@ QString eventsHtml(const QList<ClassEvent> &events)
     return html + u"</ul><p style=\"color:#888;font-size:12px\">在 Quillet 的消息中心里可以一键加入日历。</p>";
 }
 
+// Year, short month, day, hour with a short day-half marker, and minute, in the order of the
+// user's language.
 QString dateText(const QDateTime &date)
 {
-    return QLocale().toString(date.toLocalTime(), u"MMM d, yyyy, h:mm AP"_s);
+    const QLocale locale;
+    QString pattern = u"MMM d, yyyy, h:mm AP"_s;
+    if (locale.language() == QLocale::Chinese || locale.language() == QLocale::Japanese)
+        pattern = u"yyyy年M月d日 AP h:mm"_s;
+    else if (locale.language() == QLocale::Korean)
+        pattern = u"yyyy년 M월 d일 AP h:mm"_s;
+    return locale.toString(date.toLocalTime(), pattern);
 }
 
 Outcome deliver(const QUrl &url, const QString &token, const QJsonObject &body)

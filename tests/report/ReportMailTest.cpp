@@ -24,7 +24,10 @@ TEST(ReportMail, RendersTheWholeMail)
                              {{u"期中"_s, u"2026-12-01"_s, u"10:00"_s, u"第 1–3 章"_s},
                               {u"作业"_s, u"2026-12-08"_s, u""_s, u""_s}},
                              std::nullopt};
-    const QString html = ReportMail::html(u"微积分 & 习题"_s, QDateTime(QDate(2026, 11, 18), QTime(14, 5)), report, true);
+    const QDateTime date(QDate(2026, 11, 18), QTime(14, 5));
+    const QString html = ReportMail::html(u"微积分 & 习题"_s, date, report, true);
+    QLocale::setDefault(QLocale(QLocale::Chinese, QLocale::China));
+    EXPECT_TRUE(ReportMail::html({}, date, {}, false).contains(u"Quillet 课堂笔记 · 2026年11月18日 下午 2:05</p>"_s));
     QLocale::setDefault(QLocale::system());
     EXPECT_EQ(html,
               u"<div style=\"font-family:-apple-system,'PingFang SC',sans-serif;color:#1d1d1f;max-width:640px;"
