@@ -111,9 +111,13 @@ TEST_F(AccountTest, RelayAnswersBecomeSentences)
     server.enqueue(TestServer::Response::json(R"({"error": {"message": "wait a minute"}})", 429));
     server.enqueue(TestServer::Response::json("<html>Internal error</html>", 500));
     server.enqueue(notHttp);
+    TestServer::Response reset;
+    reset.raw = true;  // the connection closes without a byte
+    server.enqueue(reset);
     EXPECT_EQ(sendCode(u"a@b.c"_s), std::nullopt);
     EXPECT_EQ(sendCode(u"a@b.c"_s), u"验证码刚发过，请一分钟后再试。"_s);
     EXPECT_EQ(sendCode(u"a@b.c"_s), u"出了点问题（500），请稍后再试。"_s);
+    EXPECT_EQ(sendCode(u"a@b.c"_s), u"连不上网络，请检查后再试。"_s);
     EXPECT_EQ(sendCode(u"a@b.c"_s), u"连不上网络，请检查后再试。"_s);
     EXPECT_EQ(server.requests()[0].path, "/auth/start");
     EXPECT_EQ(body(0), (QJsonObject{{u"email"_s, u"a@b.c"_s}}));
