@@ -16,7 +16,8 @@ struct MindNode
 
     // Without children the "c" key is left out.
     QJsonObject toJson() const;
-    // Strict: "t" must be a string, "c" a list of nodes, null or absent.
+    // Strict: "t" must be a string, "c" a list of nodes, null or absent. A tree deeper than 64
+    // levels fails too: no class has one, and it would only strain the stack.
     static std::optional<MindNode> fromJson(const QJsonObject &object);
 
     friend bool operator==(const MindNode &, const MindNode &) = default;

@@ -86,6 +86,14 @@ TEST(ReportMaker, UsesOnlyRepliesThatHoldAWholeReport)
         EXPECT_EQ(ReportMaker::read(QString::fromUtf8(reply)), expected) << reply;
     EXPECT_FALSE(ReportMaker::read(std::nullopt)) << "a refusal";
 
+    const auto nested = [](int levels) -> QString {
+        return u"{\"notes\": \"N\", \"events\": [], \"mindmap\": "_s
+               + QString(u"{\"t\": \"x\", \"c\": ["_s).repeated(levels) + u"{\"t\": \"leaf\"}"_s
+               + QString(u"]}"_s).repeated(levels) + u"}"_s;
+    };
+    EXPECT_TRUE(ReportMaker::read(nested(12)));
+    EXPECT_FALSE(ReportMaker::read(nested(100))) << "deeper than any class";
+
     const QString huge = QString(u"x"_s).repeated(2 * 1024 * 1024);
     const auto big = ReportMaker::read(u"{\"notes\": \"" + huge + u"\", \"events\": []}");
     ASSERT_TRUE(big);
