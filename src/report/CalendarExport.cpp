@@ -1,6 +1,6 @@
 #include "report/CalendarExport.h"
 
-#include "platform/AtomicFile.h"
+#include "text/AtomicFile.h"
 
 #include <QDesktopServices>
 #include <QDir>
@@ -101,7 +101,7 @@ void add(const ClassEvent &event, const QString &course)
     const QString uid = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
     const QString file = QDir::tempPath() + u"/Quillet-" + QUuid::createUuid().toString(QUuid::WithoutBraces).left(8)
                          + u".ics";
-    AtomicFile::write(file, text(event, course, uid, QDateTime::currentDateTimeUtc()).toUtf8());
+    Text::AtomicFile::write(file, text(event, course, uid, QDateTime::currentDateTimeUtc()).toUtf8());
     opener()(QUrl::fromLocalFile(file));
 }
 

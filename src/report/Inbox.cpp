@@ -1,6 +1,6 @@
 #include "report/Inbox.h"
 
-#include "platform/AtomicFile.h"
+#include "text/AtomicFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -118,7 +118,7 @@ void save(const Stored &stored)
     if (stored.unreadable)
         keepAside();
     const QList<QByteArray> kept = stored.elements.first(std::min(stored.elements.size(), capacity));
-    AtomicFile::write(path(), '[' + kept.join(',') + ']');
+    Text::AtomicFile::write(path(), '[' + kept.join(',') + ']');
     onChange();
 }
 
