@@ -17,18 +17,18 @@ void append(png_structp png, png_bytep data, png_size_t length)
 void flush(png_structp) {}
 
 // libpng reports errors by longjmp: nothing in this frame may need a destructor.
-bool write(png_structp png, png_infop info, const QImage &rgba, QByteArray *bytes)
+bool write(png_structp png, png_infop info, const QImage &rgb, QByteArray *bytes)
 {
     if (setjmp(png_jmpbuf(png)))
         return false;
     png_set_write_fn(png, bytes, append, flush);
-    png_set_IHDR(png, info, png_uint_32(rgba.width()), png_uint_32(rgba.height()), 8, PNG_COLOR_TYPE_RGB_ALPHA,
+    png_set_IHDR(png, info, png_uint_32(rgb.width()), png_uint_32(rgb.height()), 8, PNG_COLOR_TYPE_RGB,
                  PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
     png_set_filter(png, PNG_FILTER_TYPE_BASE, PNG_FILTER_NONE);
     png_set_compression_level(png, 1);
     png_write_info(png, info);
-    for (int y = 0; y < rgba.height(); ++y)
-        png_write_row(png, rgba.constScanLine(y));
+    for (int y = 0; y < rgb.height(); ++y)
+        png_write_row(png, rgb.constScanLine(y));
     png_write_end(png, info);
     return true;
 }
@@ -37,13 +37,13 @@ bool write(png_structp png, png_infop info, const QImage &rgba, QByteArray *byte
 
 std::optional<QByteArray> encode(const QImage &image)
 {
-    const QImage rgba = image.convertToFormat(QImage::Format_RGBA8888);
-    if (rgba.isNull())
+    const QImage rgb = image.convertToFormat(QImage::Format_RGB888);
+    if (rgb.isNull())
         return std::nullopt;
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
     png_infop info = png ? png_create_info_struct(png) : nullptr;
     QByteArray bytes;
-    const bool written = info && write(png, info, rgba, &bytes);
+    const bool written = info && write(png, info, rgb, &bytes);
     png_destroy_write_struct(&png, info ? &info : nullptr);
     if (!written)
         return std::nullopt;
