@@ -38,8 +38,9 @@ struct Config
     std::optional<qint64> storageLimitGB = 5;
     std::optional<QString> builtinAI = QStringLiteral("claude");
     std::optional<QString> keySource = QStringLiteral("quillet");
-    // A fresh record listens through the cloud; a stored record without the key means "local".
-    std::optional<QString> recognizer = QStringLiteral("cloud");
+    // A fresh record listens on this machine: most Linux users have no relay, and cloud speech
+    // without one needs an OpenAI key. A stored record without the key means "local" too.
+    std::optional<QString> recognizer = QStringLiteral("local");
     std::optional<QString> cloudModel = QStringLiteral("gpt-4o-mini-transcribe");
     std::optional<bool> refineAfterClass = true;
     std::optional<bool> emailReport = true;

@@ -1,0 +1,203 @@
+#include "app/AppController.h"
+
+#include "EventLoop.h"
+#include "FakeAudioInput.h"
+#include "FakeProvider.h"
+#include "FakeWindows.h"
+#include "ManualClock.h"
+#include "QtPrinters.h"
+#include "ScriptedSource.h"
+#include "TestServer.h"
+#include "ai/AIError.h"
+#include "platform/FileSecretStore.h"
+#include "platform/Http.h"
+#include "platform/Keychain.h"
+#include "platform/MicHub.h"
+#include "platform/PocketSphinxFileRecognizer.h"
+#include "report/Inbox.h"
+#include "session/SessionStore.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QThreadPool>
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The fast model: a card for a question, a fix for every closed row as heard, nothing else.
+std::optional<QString> fastAnswer(const FakeProvider::Call &call)
+{
+    const QString prompt = call.prompt();
+    if (prompt.contains(u"<sentences>"_s))
+        return u"It measures disorder."_s;
+    if (call.system.contains(u"speech-recognition errors"_s)) {
+        const qsizetype open = prompt.indexOf(u"New sentences, as a JSON array:\n"_s);
+        const QJsonArray lines = QJsonDocument::fromJson(prompt.mid(open).section(u'\n', 1, 1).toUtf8()).array();
+        QJsonArray fixes;
+        for (const QJsonValue &line : lines)
+            fixes.append(QJsonObject{{u"text"_s, line.toString()}, {u"translation"_s, QString(u"精:"_s + line.toString())}});
+        return QString::fromUtf8(QJsonDocument(fixes).toJson(QJsonDocument::Compact));
+    }
+    return u"SKIP"_s;
+}
+
+// The main model: the final notes, then the checked report.
+std::optional<QString> mainAnswer(const FakeProvider::Call &call)
+{
+    if (call.prompt().contains(u"Write the final class notes"_s))
+        return u"## 熵\n- 熵衡量无序程度"_s;
+    return uR"({"notes": "## 熵（已核对）", "events": [{"title": "Quiz", "date": "2026-12-01"}], "mindmap": null})"_s;
+}
+
+class AppControllerTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        SessionStore::useDocumentsFolder(documents.path());
+        SessionStore::useClock(clock.get());
+        Keychain::useStore(std::make_unique<FileSecretStore>(documents.filePath(u"secrets.json"_s)));
+        Keychain::set(u"claude"_s, u"sk-test"_s);
+        QSettings().remove(u"relay.url"_s);
+        QSettings().setValue(u"translate.url"_s, translation.url());
+        QFile::remove(Config::path());
+        QFile::remove(Inbox::path());
+        translation.setHandler([](const TestServer::Request &request) {
+            if (request.path == "/languages")
+                return TestServer::Response::json(R"([{"code": "en", "targets": ["zh-Hans"]}])");
+            const QString text = QJsonDocument::fromJson(request.body).object().value(u"q"_s).toString();
+            return TestServer::Response::json(QJsonDocument(QJsonObject{{u"translatedText"_s, QString(u"译:"_s + text)}}).toJson());
+        });
+        fast->setHandler(fastAnswer);
+        model->setHandler(mainAnswer);
+        app = std::make_unique<AppController>(windows.views(), services());
+    }
+
+    void TearDown() override
+    {
+        app.reset();
+        SessionStore::useClock(nullptr);
+        SessionStore::useDocumentsFolder({});
+    }
+
+    AppServices services()
+    {
+        return {hub,
+                clock,
+                [this](std::chrono::milliseconds delay, std::function<void()> task) {
+                    timers.emplace(clock->elapsed() + delay, std::move(task));
+                },
+                [this](const Config &) {
+                    auto scripted = std::make_unique<ScriptedSource>();
+                    source = scripted.get();
+                    return scripted;
+                },
+                [this](const Config &) -> std::shared_ptr<const AIProvider> {
+                    if (!Keychain::get(u"claude"_s))
+                        throw AIError::missingKey(u"Claude"_s);
+                    return model;
+                },
+                [this](const Config &) -> std::shared_ptr<const AIProvider> { return fast; },
+                PocketSphinxFileRecognizer::factory()};
+    }
+
+    // One pass of the engine over these lines, and what it reported handled on the main thread.
+    void pass(const QStringList &lines, std::chrono::milliseconds by = 400ms)
+    {
+        source->feed(lines);
+        const int reads = source->reads();
+        advance(by);
+        ASSERT_TRUE(source->waitForReads(reads + 1));
+        ASSERT_TRUE(clock->waitForSleepers(1));
+        Http::taskPool().waitForDone();
+        runEventsFor(100ms);
+    }
+
+    void advance(std::chrono::milliseconds by)
+    {
+        clock->advance(by);
+        while (!timers.empty() && timers.begin()->first <= clock->elapsed()) {
+            auto task = std::move(timers.begin()->second);
+            timers.erase(timers.begin());
+            task();
+        }
+    }
+
+    QTemporaryDir documents;
+    TestServer translation;
+    FakeAudioInput *input = new FakeAudioInput;
+    MicHub hub{std::unique_ptr<AudioInput>(input)};
+    std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
+    std::multimap<Text::Clock::Duration, std::function<void()>> timers;
+    std::shared_ptr<FakeProvider> model = std::make_shared<FakeProvider>();
+    std::shared_ptr<FakeProvider> fast = std::make_shared<FakeProvider>();
+    ScriptedSource *source = nullptr;   // owned by the running engine
+    FakeWindows windows;
+    std::unique_ptr<AppController> app;
+};
+
+TEST_F(AppControllerTest, AWholeClassFromStartToTheSavedFolderAndTheReportInTheInbox)
+{
+    app->launch();
+    EXPECT_TRUE(windows.log.entries.contains(u"panel.title Claude"_s));
+    EXPECT_TRUE(windows.log.entries.contains(u"panel.status 未开始"_s));
+    EXPECT_TRUE(windows.log.entries.contains(u"bar.clear 点右上角「● 开始」，翻译内容会显示在这里"_s));
+    EXPECT_FALSE(app->state().engine) << "no engine runs before Start";
+
+    windows.panel.onRecord();
+    ASSERT_TRUE(app->state().session && app->state().engine);
+    ASSERT_TRUE(source->waitForReads(1));
+    ASSERT_TRUE(clock->waitForSleepers(1));
+    pass({u"What is entropy"_s, u"in this system?"_s});
+    pass({u"Think about it."_s});
+    pass({u"Take your time."_s});
+    ASSERT_TRUE(runEventsUntil([&] { return !windows.log.starting(u"panel.可以这样回答"_s).isEmpty(); }));
+    advance(3s);   // the last row closes and goes to the Corrector
+    ASSERT_TRUE(runEventsUntil([&] { return windows.log.entries.contains(u"rows.tr 3 精:Take your time."_s); }));
+    EXPECT_TRUE(windows.log.entries.contains(u"rows.add 1 What is entropy"_s));
+    EXPECT_TRUE(windows.log.entries.contains(u"rows.text 1 What is entropy in this system?"_s));
+    EXPECT_TRUE(windows.log.entries.contains(u"bar.tr 1 精:What is entropy in this system?"_s));
+    EXPECT_EQ(windows.slides.lines.size(), 4);
+
+    windows.desktop.saves.push_back({true, u"  Thermo  "_s, u" Physics "_s});
+    // The report is titled as the class was when the notes were asked for, before the dialog.
+    const QString titleAtStop = app->state().session->data().title;
+    windows.panel.onRecord();
+    EXPECT_FALSE(app->state().session) << "saved at once, while the notes are under way";
+    ASSERT_TRUE(runEventsUntil([] { return Inbox::all().size() == 1; }));
+    const SessionStore::Listing classes = SessionStore::list();
+    ASSERT_EQ(classes.size(), 1);
+    const auto &[folder, data] = classes.front();
+    EXPECT_EQ(data.title, u"Thermo"_s);
+    EXPECT_EQ(data.category, u"Physics"_s);
+    ASSERT_EQ(data.lines.size(), 3);
+    EXPECT_EQ(data.lines[0].text, u"What is entropy in this system?"_s);
+    EXPECT_EQ(data.lines[0].translation, u"精:What is entropy in this system?"_s);
+    EXPECT_EQ(data.summary, u"## 熵\n- 熵衡量无序程度"_s);
+    ASSERT_EQ(data.notes.size(), 1);
+    EXPECT_EQ(data.notes[0].text, u"It measures disorder."_s);
+    const InboxMessage message = Inbox::all().front();
+    EXPECT_EQ(message.title, titleAtStop);
+    EXPECT_EQ(message.report.notes, u"## 熵（已核对）"_s);
+    EXPECT_FALSE(message.emailed) << "not signed in: no mail";
+    EXPECT_TRUE(windows.log.entries.contains(u"panel.note 已保存「Thermo」。点右上角「课程记录」可以回放录音、看文字稿和笔记。"_s));
+}
+
+TEST_F(AppControllerTest, DockedBarKeepsItsHeightAboveTheLeast)
+{
+    const QRect panel(100, 300, 420, 640);
+    EXPECT_EQ(WindowWiring::dockedFrame(panel, QRect(0, 0, 800, 90)), QRect(100, 300 - 6 - 110, 420, 110));
+    EXPECT_EQ(WindowWiring::dockedFrame(panel, QRect(0, 0, 800, 150)), QRect(100, 300 - 6 - 150, 420, 150));
+}
+
+} // namespace
