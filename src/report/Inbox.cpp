@@ -9,6 +9,7 @@
 #include <QStandardPaths>
 
 #include <algorithm>
+#include <cstring>
 
 namespace Inbox {
 
@@ -25,41 +26,49 @@ struct Stored
     bool unreadable = false;     // the file is there but isn't an inbox
 };
 
+// The closing quote of the string whose text begins at `from`: the first quote behind an even
+// number of backslashes. `end` when there is none.
+const char *closingQuote(const char *from, const char *end)
+{
+    for (const char *at = from; at < end; ++at) {
+        at = static_cast<const char *>(std::memchr(at, '"', size_t(end - at)));
+        if (!at)
+            return end;
+        const char *escapes = at;
+        while (escapes > from && escapes[-1] == '\\')
+            --escapes;
+        if ((at - escapes) % 2 == 0)
+            return at;
+    }
+    return end;
+}
+
 // The bytes of each top-level element of a JSON array that has already parsed.
 QList<QByteArray> elementsOf(const QByteArray &array)
 {
     QList<QByteArray> elements;
-    int depth = 0;
-    bool inString = false;
-    bool escaped = false;
-    qsizetype start = 0;
-    const auto take = [&](qsizetype end) {
-        const QByteArray element = array.sliced(start, end - start).trimmed();
+    const char *const begin = array.constData();
+    const char *const end = begin + array.size();
+    const char *start = begin;
+    const auto take = [&](const char *at) {
+        const QByteArray element = QByteArrayView(start, at).trimmed().toByteArray();
         if (!element.isEmpty())
             elements.append(element);
     };
-    for (qsizetype i = 0; i < array.size(); ++i) {
-        const char c = array[i];
-        if (inString) {
-            if (escaped)
-                escaped = false;
-            else if (c == '\\')
-                escaped = true;
-            else if (c == '"')
-                inString = false;
-            continue;
-        }
+    int depth = 0;
+    for (const char *at = begin; at < end; ++at) {
+        const char c = *at;
         if (c == '"') {
-            inString = true;
+            at = closingQuote(at + 1, end);
         } else if (c == '[' || c == '{') {
             if (++depth == 1)
-                start = i + 1;
+                start = at + 1;
         } else if (c == ']' || c == '}') {
             if (--depth == 0)
-                take(i);
+                take(at);
         } else if (c == ',' && depth == 1) {
-            take(i);
-            start = i + 1;
+            take(at);
+            start = at + 1;
         }
     }
     return elements;
@@ -117,8 +126,20 @@ void save(const Stored &stored)
 {
     if (stored.unreadable)
         keepAside();
-    const QList<QByteArray> kept = stored.elements.first(std::min(stored.elements.size(), capacity));
-    Text::AtomicFile::write(path(), '[' + kept.join(',') + ']');
+    const qsizetype count = std::min(stored.elements.size(), capacity);
+    qsizetype size = count + 1;
+    for (qsizetype i = 0; i < count; ++i)
+        size += stored.elements[i].size();
+    QByteArray file;
+    file.reserve(size + 1);
+    file.append('[');
+    for (qsizetype i = 0; i < count; ++i) {
+        if (i > 0)
+            file.append(',');
+        file.append(stored.elements[i]);
+    }
+    file.append(']');
+    Text::AtomicFile::write(path(), file);
     onChange();
 }
 
