@@ -18,6 +18,7 @@
 #include "session/SessionStore.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -98,6 +99,7 @@ protected:
                     timers.emplace(clock->elapsed() + delay, std::move(task));
                 },
                 [this](const Config &) {
+                    ++sources;
                     auto scripted = std::make_unique<ScriptedSource>();
                     source = scripted.get();
                     return scripted;
@@ -123,6 +125,23 @@ protected:
         runEventsFor(100ms);
     }
 
+    // Launched, with a class running and its engine waiting for the next pass.
+    void startClass()
+    {
+        app->launch();
+        windows.panel.onRecord();
+        ASSERT_TRUE(source->waitForReads(1));
+        ASSERT_TRUE(clock->waitForSleepers(1));
+    }
+
+    int callsContaining(const FakeProvider &provider, const QString &text) const
+    {
+        int count = 0;
+        for (const FakeProvider::Call &call : provider.calls())
+            count += call.prompt().contains(text) ? 1 : 0;
+        return count;
+    }
+
     void advance(std::chrono::milliseconds by)
     {
         clock->advance(by);
@@ -142,6 +161,7 @@ protected:
     std::shared_ptr<FakeProvider> model = std::make_shared<FakeProvider>();
     std::shared_ptr<FakeProvider> fast = std::make_shared<FakeProvider>();
     ScriptedSource *source = nullptr;   // owned by the running engine
+    int sources = 0;                    // one per engine made
     FakeWindows windows;
     std::unique_ptr<AppController> app;
 };
@@ -198,6 +218,110 @@ TEST_F(AppControllerTest, DockedBarKeepsItsHeightAboveTheLeast)
     const QRect panel(100, 300, 420, 640);
     EXPECT_EQ(WindowWiring::dockedFrame(panel, QRect(0, 0, 800, 90)), QRect(100, 300 - 6 - 110, 420, 110));
     EXPECT_EQ(WindowWiring::dockedFrame(panel, QRect(0, 0, 800, 150)), QRect(100, 300 - 6 - 150, 420, 150));
+}
+
+TEST_F(AppControllerTest, SettingsChangesRestartWhatTheyMustAndTheChatKeepsItsHistoryPerProvider)
+{
+    startClass();
+    struct Case
+    {
+        const char *what;
+        std::function<void(Config &)> change;
+        bool restarts;
+        bool keepsHistory;
+    };
+    const QList<Case> cases{
+        {"theme", [](Config &c) { c.theme = u"dark"_s; }, false, true},
+        {"storage", [](Config &c) { c.storageLimitGB = 9; }, false, true},
+        {"aiCorrect", [](Config &c) { c.aiCorrect = false; }, true, true},
+        {"model", [](Config &c) { c.model = u"claude-haiku"_s; }, true, true},
+        {"provider", [](Config &c) { c.provider = u"openai"_s; }, true, false},
+    };
+    for (const Case &c : cases) {
+        windows.panel.onSend(u"hello"_s, {});
+        ASSERT_TRUE(runEventsUntil([&] { return !app->state().chatBusy; }));
+        const int before = sources;
+        const qsizetype notes = windows.log.starting(u"panel.note 设置已保存"_s).size();
+        Config changed = app->state().config;
+        c.change(changed);
+        windows.settings.onSave(changed, u"system"_s);
+        EXPECT_EQ(sources > before, c.restarts) << c.what;
+        EXPECT_EQ(windows.log.starting(u"panel.note 设置已保存"_s).size() > notes, c.restarts) << c.what;
+        EXPECT_EQ(app->state().history.isEmpty(), !c.keepsHistory) << c.what;
+        if (c.restarts) {
+            ASSERT_TRUE(source->waitForReads(1));
+            ASSERT_TRUE(clock->waitForSleepers(1));
+        }
+    }
+}
+
+TEST_F(AppControllerTest, ChatSaysWhyNothingWasSentAndAnEmptyReplyStandsAsAnAnswer)
+{
+    app->launch();
+    model->hold();
+    windows.panel.onSend(u"first"_s, {Attachment{u"a.pdf"_s, u"application/pdf"_s, "x"}, Attachment{u"b.png"_s, u"image/png"_s, "y"}});
+    windows.chat.onSend(u"second"_s, {});
+    model->enqueue(u"  "_s);
+    model->release();
+    ASSERT_TRUE(runEventsUntil([&] { return !app->state().chatBusy; }));
+    EXPECT_EQ(windows.log.starting(u"chat.you"_s), QStringList({u"chat.you first\n📎 a.pdf\n📎 b.png"_s}));
+    EXPECT_TRUE(windows.log.entries.contains(u"panel.note Fake 还在回答上一条，稍等一下。"_s));
+    EXPECT_TRUE(windows.log.entries.contains(u"chat.reply （Fake 没有回答）"_s));
+    ASSERT_EQ(app->state().history.size(), 2);
+    EXPECT_EQ(app->state().history[0].content, u"first"_s) << "the plain message, not the prompt";
+    EXPECT_EQ(app->state().history[0].attachments.size(), 2);
+    EXPECT_TRUE(model->calls().first().prompt().contains(u"<transcript>\n\n</transcript>"_s))
+        << "after class the context is empty and the tags stay";
+
+    Keychain::set(u"claude"_s, QString());
+    windows.settings.onSave(app->state().config, u"system"_s);   // nothing changed: no restart
+    Config other = app->state().config;
+    other.model = u"another"_s;
+    windows.settings.onSave(other, u"system"_s);
+    EXPECT_TRUE(windows.log.entries.contains(u"panel.note 还没有填 Claude 的 API key：翻译照常工作，AI 功能需要 key。点右上角齿轮去设置。"_s));
+    windows.panel.onSend(u"third"_s, {});
+    EXPECT_TRUE(windows.log.entries.contains(u"chat.note 还没有可用的 AI，不能对话。点主窗口右上角齿轮选一个 AI 并填上 API key。"_s));
+}
+
+TEST_F(AppControllerTest, OneFinalSummaryPerClassAndNotesThatFailOrComeTooLateAreNotSaved)
+{
+    startClass();
+    pass({u"That's all for today, see you next week."_s});
+    model->setHandler([](const FakeProvider::Call &) -> std::optional<QString> { return u"（Claude 连不上）"_s; });
+    clock->advance(301s);   // the class end counts after five minutes
+    pass({u"That's all for today, see you next week."_s});
+    ASSERT_TRUE(runEventsUntil([&] { return !windows.desktop.notes.isEmpty(); }));
+    EXPECT_EQ(windows.desktop.notes, QStringList{u"这节课结束了: 记得点「停止」保存录音。"_s});
+    const int asked = callsContaining(*model, u"Write the final class notes"_s);
+    EXPECT_EQ(asked, 1);
+
+    // Stop after the class end asks no second time; discarding deletes the folder at once.
+    windows.desktop.saves.push_back({false, u"x"_s, QString()});
+    windows.desktop.discards.push_back(true);
+    const QString folder = app->state().session->folder();
+    windows.panel.onRecord();
+    EXPECT_EQ(callsContaining(*model, u"Write the final class notes"_s), asked);
+    EXPECT_FALSE(QFileInfo::exists(folder));
+    EXPECT_TRUE(windows.log.entries.contains(u"panel.note 这节课没有保存。"_s));
+    EXPECT_TRUE(Inbox::all().isEmpty()) << "a failure text is no notes: no report";
+}
+
+TEST_F(AppControllerTest, NotesThatArriveAfterTheClassWasDiscardedWriteNothingBackButReachTheInbox)
+{
+    startClass();
+    pass({u"Entropy always grows."_s});
+    model->hold();
+    windows.desktop.saves.push_back({false, u"x"_s, QString()});
+    windows.desktop.discards.push_back(true);
+    const QString folder = app->state().session->folder();
+    windows.panel.onRecord();
+    ASSERT_TRUE(model->waitForCalls(1));
+    EXPECT_FALSE(QFileInfo::exists(folder));
+    model->release();
+    ASSERT_TRUE(runEventsUntil([] { return Inbox::all().size() == 1; }));
+    EXPECT_FALSE(QFileInfo::exists(folder)) << "the folder isn't made again";
+    EXPECT_TRUE(SessionStore::list().isEmpty());
+    EXPECT_TRUE(windows.log.entries.contains(u"panel.final ## 熵\n- 熵衡量无序程度"_s));
 }
 
 } // namespace
