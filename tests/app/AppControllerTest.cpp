@@ -7,6 +7,7 @@
 #include "ManualClock.h"
 #include "QtPrinters.h"
 #include "ScriptedSource.h"
+#include "SpeechAudio.h"
 #include "TestServer.h"
 #include "ai/AIError.h"
 #include "platform/FileSecretStore.h"
@@ -14,6 +15,7 @@
 #include "platform/Keychain.h"
 #include "platform/MicHub.h"
 #include "platform/PocketSphinxFileRecognizer.h"
+#include "platform/WavFile.h"
 #include "report/Inbox.h"
 #include "session/SessionStore.h"
 
@@ -87,6 +89,8 @@ protected:
     void TearDown() override
     {
         app.reset();
+        QSettings().remove(u"relay.url"_s);
+        QSettings().remove(u"account.email"_s);
         SessionStore::useClock(nullptr);
         SessionStore::useDocumentsFolder({});
     }
@@ -322,6 +326,64 @@ TEST_F(AppControllerTest, NotesThatArriveAfterTheClassWasDiscardedWriteNothingBa
     EXPECT_FALSE(QFileInfo::exists(folder)) << "the folder isn't made again";
     EXPECT_TRUE(SessionStore::list().isEmpty());
     EXPECT_TRUE(windows.log.entries.contains(u"panel.final ## 熵\n- 熵衡量无序程度"_s));
+}
+
+TEST_F(AppControllerTest, ASavedClassIsRefinedFromItsRecordingAndKeepsTheLiveCopy)
+{
+    const auto speech = SpeechAudio::make(documents.path(), {SpeechAudio::lecture()});
+    ASSERT_TRUE(speech);
+    WavFile wav(speech->path);
+    ASSERT_FALSE(wav.open());
+    std::vector<float> samples, all;
+    while (wav.read(16'000, samples))
+        all.insert(all.end(), samples.begin(), samples.end());
+    input->delivered = {16'000, 1};
+
+    startClass();
+    pass({u"Photosynthesis turns light"_s, u"into chemical energy."_s});
+    input->play(all, 1'600);
+    windows.desktop.saves.push_back({true, u"Biology"_s, QString()});
+    windows.panel.onRecord();
+    ASSERT_TRUE(runEventsUntil([&] { return !windows.log.starting(u"panel.note 「Biology」的文字稿已精修完成"_s).isEmpty(); },
+                               60s));
+    const auto [folder, data] = SessionStore::list().front();
+    EXPECT_EQ(data.refined, true);
+    EXPECT_GE(data.lines.size(), 2);
+    EXPECT_TRUE(std::any_of(data.lines.cbegin(), data.lines.cend(), [](const SessionData::Line &line) {
+        return line.text.contains(u"light"_s, Qt::CaseInsensitive) && line.translation.startsWith(u"译:"_s);
+    }));
+    EXPECT_TRUE(QFileInfo::exists(folder + u"/文字稿（实时版）.md"_s));
+    EXPECT_TRUE(windows.library.refining.isEmpty());
+}
+
+TEST_F(AppControllerTest, ASignedInStudentGetsTheReportByMailAndTheInboxKnowsItWasSent)
+{
+    TestServer relay;
+    relay.setHandler([](const TestServer::Request &request) {
+        if (request.path == "/auth/me")
+            return TestServer::Response::json(R"({"email": "li@example.edu", "hasPassword": true})");
+        return TestServer::Response::json(request.path == "/mail/report" ? "{}" : R"({"error": "not_found"})",
+                                          request.path == "/mail/report" ? 200 : 404);
+    });
+    QSettings().setValue(u"relay.url"_s, relay.url());
+    QSettings().setValue(u"account.email"_s, u"li@example.edu"_s);
+    Keychain::set(u"quillet-session"_s, u"token-1"_s);
+
+    startClass();
+    EXPECT_TRUE(windows.log.entries.contains(u"panel.title Quillet AI"_s));
+    EXPECT_TRUE(windows.log.entries.contains(u"panel.account li@example.edu"_s));
+    pass({u"The exam is on December first."_s});
+    windows.desktop.saves.push_back({true, u"Physics 1"_s, QString()});
+    windows.panel.onRecord();
+    ASSERT_TRUE(runEventsUntil([&] {
+        return windows.log.entries.contains(u"panel.note 📬 核对过的课堂笔记和思维导图已发到 li@example.edu。"_s);
+    }));
+    ASSERT_EQ(Inbox::all().size(), 1);
+    EXPECT_TRUE(Inbox::all().front().emailed);
+    const auto mails = relay.requests();
+    EXPECT_TRUE(std::any_of(mails.cbegin(), mails.cend(), [](const TestServer::Request &request) {
+        return request.path == "/mail/report" && request.headers.value("x-quillet-session") == "token-1";
+    }));
 }
 
 } // namespace
