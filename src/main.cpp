@@ -1,4 +1,5 @@
 #include "platform/Http.h"
+#include "platform/QuitSignals.h"
 #include "settings/Config.h"
 #include "ui/Panel.h"
 
@@ -22,6 +23,8 @@ int main(int argc, char *argv[])
     Panel panel;
     panel.onFeedLoaded = [](bool ok) { qCInfo(lcApp) << (ok ? "Feed page loaded" : "Feed page failed to load"); };
     panel.show();
+    // The end of the desktop session, `kill` or Ctrl+C quit the ordinary way.
+    const QuitSignals quitSignals([](int) { QCoreApplication::quit(); });
     const int code = application.exec();
     // A model call may still wait on the network for minutes: give the pool a moment, then leave
     // without tearing down the statics those requests use.
