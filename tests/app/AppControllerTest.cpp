@@ -386,4 +386,17 @@ TEST_F(AppControllerTest, ASignedInStudentGetsTheReportByMailAndTheInboxKnowsItW
     }));
 }
 
+TEST_F(AppControllerTest, ARelayThatIsDownAtLaunchLeavesTheApplicationUsableWithoutSignIn)
+{
+    QSettings().setValue(u"relay.url"_s, u"http://127.0.0.1:9"_s);
+    app->launch();
+    runEventsFor(300ms);
+    Http::taskPool().waitForDone();
+    runEventsFor(50ms);
+    EXPECT_TRUE(windows.log.entries.contains(u"panel.account -"_s));
+    EXPECT_FALSE(windows.log.entries.contains(u"panel.hidden"_s)) << "no sign-in window stands in the way";
+    windows.panel.onRecord();
+    EXPECT_TRUE(app->state().session) << "a class still starts";
+}
+
 } // namespace
