@@ -7,8 +7,6 @@
 #include "settings/ProviderInfo.h"
 #include "settings/UserDefaults.h"
 
-#include <QSettings>
-
 using namespace std::chrono_literals;
 
 AppController::AppController(AppWindows windows, AppServices services)
@@ -23,7 +21,7 @@ AppController::AppController(AppWindows windows, AppServices services)
 {
     state_.config = Config::load();
     live_.onClassEnd = [this] { lifecycle_.classEnded(); };
-    state_.pinned = QSettings().value(QString::fromLatin1(UserDefaults::windowsPinned), false).toBool();
+    state_.pinned = UserDefaults::value(UserDefaults::windowsPinned, false).toBool();
 }
 
 AppController::~AppController()
@@ -45,12 +43,12 @@ void AppController::launch()
     panel.bringToFront();
     panel.placeDivider();
     panel.setLayout(state_.config.layout.value_or(QStringLiteral("vertical")));
-    panel.applyShow(QSettings().value(QString::fromLatin1(UserDefaults::panelShow), QStringLiteral("both")).toString());
+    panel.applyShow(UserDefaults::value(UserDefaults::panelShow, QStringLiteral("both")).toString());
     wiring_.applyLook();
     // The two windows always start apart.
     state_.merged = false;
     panel.setMerged(false);
-    QSettings().setValue(QString::fromLatin1(UserDefaults::windowsPinned), state_.pinned);
+    UserDefaults::setValue(UserDefaults::windowsPinned, state_.pinned);
     panel.setPinned(state_.pinned);
     wiring_.keepBarAbove();
 

@@ -10,8 +10,6 @@
 #include "settings/UserDefaults.h"
 #include "translation/Translator.h"
 
-#include <QSettings>
-
 using namespace std::chrono_literals;
 
 namespace {
@@ -165,7 +163,7 @@ void WindowWiring::showSettings()
 void WindowWiring::togglePin()
 {
     state_.pinned = !state_.pinned;
-    QSettings().setValue(QString::fromLatin1(UserDefaults::windowsPinned), state_.pinned);
+    UserDefaults::setValue(UserDefaults::windowsPinned, state_.pinned);
     windows_.panel.setPinned(state_.pinned);
     keepBarAbove();
 }

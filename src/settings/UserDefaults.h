@@ -4,6 +4,7 @@
 // its own (Config::path()); these are the small addresses and switches a user or a test sets.
 
 #include <QString>
+#include <QVariant>
 
 namespace UserDefaults {
 
@@ -29,6 +30,9 @@ inline constexpr auto avatarCatPrefix = "avatar.cat.";
 
 // The stored text of a key, trimmed; empty when unset.
 QString text(const char *key);
+// The stored value of a key, or the fallback when unset.
+QVariant value(const char *key, const QVariant &fallback);
+void setValue(const char *key, const QVariant &value);
 // A server address from a key: trimmed, without trailing slashes, fallback when unset.
 QString address(const char *key, const QString &fallback = {});
 
