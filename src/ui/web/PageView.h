@@ -1,0 +1,50 @@
+#pragma once
+
+// One of our local pages (transcript or feed) in a web view, and the one way native code talks to
+// it: `call` turns a function name and its arguments into one script text, built by JSON
+// serialisation, and runs it once the page has loaded; earlier calls wait in order. Messages the
+// page posts on its channel come back through `onMessage`. Main thread only. The view is a child
+// widget that the owning window places in its layout.
+
+#include <QJsonArray>
+#include <QJsonValue>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+class PageBridge;
+class QWebEngineView;
+
+class PageView final : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Loads the page from `url` (normally "qrc:/<name>.html"). A page that fails to load leaves a
+    // blank view and a queue that keeps growing.
+    explicit PageView(const QString &url, QObject *parent = nullptr);
+    ~PageView() override;
+
+    QWebEngineView *web() const;
+    bool ready() const;
+
+    // Runs `name(...[args])` in the page now or, before the load finished, in call order after it.
+    void call(const QString &name, const QJsonArray &args = {});
+
+    std::function<void(const QString &name, const QJsonValue &body)> onMessage =
+        [](const QString &, const QJsonValue &) {};
+
+    // The script text of one call, e.g. `addLine(...["1","hi"])`.
+    static QString script(const QString &name, const QJsonArray &args);
+
+private:
+    void loaded(bool ok);
+
+    QPointer<QWebEngineView> web_;
+    PageBridge *bridge_;
+    bool ready_ = false;
+    QStringList pending_;
+};
