@@ -12,11 +12,11 @@ let seekable = false;
 let active = null;
 
 const fonts = {
-  system: '"Noto Sans CJK SC", "Noto Sans CJK KR", "Noto Sans", sans-serif',
-  songti: '"Noto Serif CJK SC", "Noto Serif CJK KR", "Noto Serif", serif',
-  wenkai: '"LXGW WenKai", "LXGW WenKai Screen", "Noto Sans CJK SC", sans-serif',
-  smiley: '"Smiley Sans", "Noto Sans CJK SC", sans-serif',
-  kuaile: '"ZCOOL KuaiLe", "Noto Sans CJK SC", sans-serif',
+  system: '"Noto Sans CJK SC", "Noto Sans CJK KR", "Noto Sans", "Noto Color Emoji", sans-serif',
+  songti: '"Noto Serif CJK SC", "Noto Serif CJK KR", "Noto Serif", "Noto Color Emoji", serif',
+  wenkai: '"LXGW WenKai", "LXGW WenKai Screen", "Noto Sans CJK SC", "Noto Color Emoji", sans-serif',
+  smiley: '"Smiley Sans", "Noto Sans CJK SC", "Noto Color Emoji", sans-serif',
+  kuaile: '"ZCOOL KuaiLe", "Noto Sans CJK SC", "Noto Color Emoji", sans-serif',
 };
 
 function showHint() {

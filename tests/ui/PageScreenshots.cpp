@@ -23,7 +23,7 @@ void lecture(TranscriptView &view)
         {u"Today we look at marginal cost and why firms care about it."_s, u"今天我们来看边际成本，以及企业为什么关心它。"_s},
         {u"Marginal cost is the cost of producing one more unit."_s, u"边际成本是多生产一单位产品的成本。"_s},
         {u"오늘 수업에서는 한계 비용을 배웁니다."_s, u"今天的课上我们学习边际成本。"_s},
-        {u"Remember: this will be on the midterm, chapter three."_s, u"记住：这会出现在期中考试里，第三章。"_s},
+        {u"Remember: this will be on the midterm, chapter three. 📌"_s, u"记住：这会出现在期中考试里，第三章。📌"_s},
     };
     view.clear({});
     for (int i = 0; i < lines.size(); ++i) {

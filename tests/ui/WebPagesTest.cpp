@@ -74,6 +74,7 @@ TEST(TranscriptView, CallsBeforeTheLoadRunInCallOrderOnceItFinishes)
     view.setTranslation(1, u"译文"_s);
     view.setDrafts({{u"d"_s, u""_s}});
     view.setFontSize(30);
+    view.setColors(u"#ffd84d"_s, u"not a colour"_s);
     EXPECT_FALSE(view.ready());
     waitReady(view);
 
@@ -83,6 +84,8 @@ TEST(TranscriptView, CallsBeforeTheLoadRunInCallOrderOnceItFinishes)
     EXPECT_EQ(read(view.web(), rowsText), one({u"1"_s, u"second"_s, u"译文"_s}));
     EXPECT_EQ(read(view.web(), draftsText), one({u"d"_s, u""_s}));
     EXPECT_EQ(read(view.web(), u"document.getElementById('hint').hidden"_s), true);
+    EXPECT_EQ(read(view.web(), u"['dst', 'src'].map(c => getComputedStyle(document.querySelector('#rows .' + c)).color)"_s),
+              QJsonArray({u"rgb(255, 216, 77)"_s, u"rgb(185, 198, 200)"_s}));
 }
 
 TEST(TranscriptView, TextsArriveUnchangedAndMarkupStaysText)
