@@ -3,10 +3,13 @@
 #include "ui/web/PageBridge.h"
 
 #include <QJsonDocument>
+#include <QMetaObject>
 #include <QUrl>
 #include <QWebChannel>
 #include <QWebEnginePage>
 #include <QWebEngineView>
+
+using namespace Qt::StringLiterals;
 
 PageView::PageView(const QString &url, QObject *parent)
     : QObject(parent)
@@ -42,16 +45,14 @@ bool PageView::ready() const
 
 QString PageView::script(const QString &name, const QJsonArray &args)
 {
-    return name + QStringLiteral("(...") + QString::fromUtf8(QJsonDocument(args).toJson(QJsonDocument::Compact)) + u')';
+    return name + u"(..."_s + QString::fromUtf8(QJsonDocument(args).toJson(QJsonDocument::Compact)) + u')';
 }
 
 void PageView::call(const QString &name, const QJsonArray &args)
 {
-    const QString text = script(name, args);
-    if (ready_)
-        web_->page()->runJavaScript(text);
-    else
-        pending_.append(text);
+    pending_.append(script(name, args));
+    if (ready_ && pending_.size() == 1)
+        QMetaObject::invokeMethod(this, &PageView::flush, Qt::QueuedConnection);
 }
 
 void PageView::loaded(bool ok)
@@ -59,7 +60,19 @@ void PageView::loaded(bool ok)
     if (!ok || ready_)
         return;
     ready_ = true;
+    flush();
+}
+
+// Every call waiting since the last turn of the event loop goes in one evaluation: a page round
+// trip per call would fall behind a class's rows. Each keeps its own statement, so one failing
+// call doesn't stop the next.
+void PageView::flush()
+{
+    if (pending_.isEmpty() || !web_)
+        return;
+    QString batch;
     for (const QString &text : std::as_const(pending_))
-        web_->page()->runJavaScript(text);
+        batch += u"try { "_s + text + u" } catch (e) { console.error(e); }\n"_s;
     pending_.clear();
+    web_->page()->runJavaScript(batch);
 }

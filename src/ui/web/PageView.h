@@ -31,7 +31,8 @@ public:
     QWebEngineView *web() const;
     bool ready() const;
 
-    // Runs `name(...[args])` in the page now or, before the load finished, in call order after it.
+    // Runs `name(...[args])` in the page, in call order: calls of one turn of the event loop go
+    // together, and calls before the load finished wait for it.
     void call(const QString &name, const QJsonArray &args = {});
 
     std::function<void(const QString &name, const QJsonValue &body)> onMessage =
@@ -42,9 +43,10 @@ public:
 
 private:
     void loaded(bool ok);
+    void flush();
 
     QPointer<QWebEngineView> web_;
     PageBridge *bridge_;
     bool ready_ = false;
-    QStringList pending_;
+    QStringList pending_;  // script texts not yet handed to the page, in call order
 };
