@@ -60,7 +60,7 @@ QImage shoot(QWebEngineView *web, const QColor &behind, QSize size, const QStrin
     layout->addWidget(web);
     host.resize(size);
     host.show();
-    QTest::qWait(1200); // entry animations and fonts settle
+    QTest::qWait(500); // entry animations (200 ms) and fonts settle
     const QImage image = host.grab().toImage();
     if (const QString dir = qEnvironmentVariable("QUILLET_SCREENSHOT_DIR"); !dir.isEmpty()) {
         QDir().mkpath(dir);

@@ -46,10 +46,9 @@ public:
     void setSeekable(bool on);
     void setActive(int id);
 
+private:
     // A "line" message body as a row id: a decimal integer as a number or as a string, else none.
     static std::optional<int> lineId(const QJsonValue &body);
-
-private:
     void message(const QString &name, const QJsonValue &body);
 
     PageView *page_;
