@@ -4,6 +4,7 @@
 #include "ui/Panel.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QLoggingCategory>
 #include <QThreadPool>
 
@@ -16,6 +17,8 @@ int main(int argc, char *argv[])
     QCoreApplication::setOrganizationName(QStringLiteral("Quillet"));
     QCoreApplication::setApplicationName(QStringLiteral("Quillet"));
     QApplication application(argc, argv);
+    QGuiApplication::setDesktopFileName(QStringLiteral("quillet"));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/quillet.svg")));
 
     const Config config = Config::load();
     qCInfo(lcApp) << "Lecture language" << config.lecture().id << "answer language" << config.answer().id;
