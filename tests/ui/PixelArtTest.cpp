@@ -166,8 +166,9 @@ TEST(PixelArt, ScreenshotSheet)
     }
     for (int i = 0; i < 42; ++i) {
         const QPoint at(8 + (i % 14) * (iconSide + 6), 4 * catSide + 8 + (i / 14) * (iconSide + 8) * 2);
-        painter.drawImage(at, *PixelIcon::image(PixelIcon::sprites()[size_t(i)].name, iconSide));
-        painter.drawImage(at + QPoint(0, iconSide + 4), *PixelIcon::image(PixelIcon::sprites()[size_t(i)].name));
+        const QString &name = PixelIcon::sprites()[size_t(i)].name;
+        painter.drawImage(at, *PixelIcon::image(name, iconSide));
+        painter.drawImage(at + QPoint(0, iconSide + 4), *PixelIcon::image(name));
     }
     painter.end();
     EXPECT_GT(coloursOf(sheet).size(), 40);

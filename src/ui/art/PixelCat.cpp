@@ -5,7 +5,6 @@
 #include <QPainter>
 #include <QRectF>
 
-#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -108,7 +107,8 @@ void fillInside(const Canvas &canvas, QRect block, const QColor &colour)
 
 bool isEdge(int c, int r)
 {
-    return inside(c, r) && (!inside(c - 1, r) || !inside(c + 1, r) || !inside(c, r - 1) || !inside(c, r + 1));
+    return inside(c, r)
+           && (!inside(c - 1, r) || !inside(c + 1, r) || !inside(c, r - 1) || !inside(c, r + 1));
 }
 
 const QRect wholeCanvas(0, 0, canvasColumns, canvasRows);
@@ -321,7 +321,8 @@ const std::vector<PixelCat> &PixelCat::all()
         {rgb(0x3a2e5c), rgb(0x2a1f10), rgb(0xffe9a8), rgb(0x2a1f10), Eyes::sparkle, {Extra::crown}},
         {rgb(0xdcebff), rgb(0x4a2c14), rgb(0xf7b267), rgb(0x4a2c14), Eyes::dots, {Extra::beanie}},
         {rgb(0xe8f5ff), rgb(0x34404c), rgb(0xffffff), rgb(0x34404c), Eyes::happy, {Extra::scarf}},
-        {rgb(0xe9ffe5), rgb(0x4b3b2a), rgb(0xfff3e0), rgb(0x4b3b2a), Eyes::dots, {Extra::flower, Extra::innerEars}},
+        {rgb(0xe9ffe5), rgb(0x4b3b2a), rgb(0xfff3e0), rgb(0x4b3b2a), Eyes::dots,
+         {Extra::flower, Extra::innerEars}},
         {rgb(0xffe3c2), rgb(0x3e2a14), rgb(0xc68642), rgb(0x3e2a14), Eyes::happy, {Extra::tongue}},
         {rgb(0xfff0d6), rgb(0x5b3a12), rgb(0xf8c471), rgb(0x5b3a12), Eyes::dots, {Extra::freckles}},
         {rgb(0xd6f5f0), rgb(0x0e0e12), rgb(0x1f1f26), rgb(0x7ce38b), Eyes::sparkle, {Extra::tuxedo}},

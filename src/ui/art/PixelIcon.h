@@ -4,6 +4,7 @@
 // squares (anti-aliasing off) at any size; images are template masks, so a button tints them with
 // its own colour. The tables are built once on first use; images are drawn on the main thread.
 
+#include <QHash>
 #include <QIcon>
 #include <QImage>
 #include <QString>
