@@ -1,7 +1,7 @@
 #include "account/Account.h"
 
 #include "account/PixelCatChoice.h"
-#include "account/PoolTask.h"
+#include "platform/PoolTask.h"
 #include "account/Relay.h"
 #include "platform/Keychain.h"
 #include "settings/UserDefaults.h"

@@ -7,6 +7,7 @@
 #include "app/RowPipeline.h"
 #include "engine/Prompts.h"
 #include "platform/MicHub.h"
+#include "platform/PoolTask.h"
 #include "report/Inbox.h"
 #include "report/ReportMail.h"
 #include "report/ReportMaker.h"
@@ -17,10 +18,8 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QFutureWatcher>
 #include <QPointer>
 #include <QThreadPool>
-#include <QtConcurrent/QtConcurrentRun>
 
 #include <algorithm>
 
@@ -308,41 +307,45 @@ void ClassLifecycle::refine(const QString &folder, bool manual)
             locales << extra.locale;
     }
     // Recognition takes minutes of CPU: a thread of the global pool, never the main thread.
-    auto *watcher = new QFutureWatcher<std::optional<QList<Refiner::Line>>>(&context_);
-    QObject::connect(watcher, &QFutureWatcherBase::finished, &context_, [this, watcher, folder, manual, data] {
-        watcher->deleteLater();
-        const auto result = watcher->result();
-        if (!result || result->isEmpty() || result->size() * 2 < data->lines.size()) {
-            if (manual)
-                windows_.panel.addNote(QStringLiteral("精修没有得到更好的结果，保留原来的文字稿。"));
-            endRefinement(folder);
+    PoolTask::start<Refined>(
+        &context_,
+        [audio, locales, recognizers = services_.recognizers] { return Refiner::transcribe(audio, locales, recognizers); },
+        [this, folder, manual, liveLines = data->lines.size()](const Refined &result) {
+            translateRefinement(folder, manual, liveLines, result);
+        },
+        *QThreadPool::globalInstance());
+}
+
+void ClassLifecycle::translateRefinement(const QString &folder, bool manual, qsizetype liveLines, const Refined &result)
+{
+    // Plausible only with at least half as many lines as the live transcript.
+    if (!result || result->isEmpty() || result->size() * 2 < liveLines) {
+        if (manual)
+            windows_.panel.addNote(QStringLiteral("精修没有得到更好的结果，保留原来的文字稿。"));
+        endRefinement(folder);
+        return;
+    }
+    auto lines = std::make_shared<QList<SessionData::Line>>();
+    for (const Refiner::Line &line : *result)
+        lines->append({line.t, line.text, QString()});
+    // One line after the other, each with its translation.
+    auto next = std::make_shared<std::function<void(qsizetype)>>();
+    *next = [this, guard = QPointer<QObject>(&context_), lines, next, folder](qsizetype index) {
+        if (!guard)
+            return;
+        if (index == lines->size()) {
+            applyRefinement(folder, *lines);
+            *next = nullptr;   // the chain held itself; let it go
             return;
         }
-        auto lines = std::make_shared<QList<SessionData::Line>>();
-        for (const Refiner::Line &line : *result)
-            lines->append({line.t, line.text, QString()});
-        // One line after the other, each with its translation.
-        auto next = std::make_shared<std::function<void(qsizetype)>>();
-        *next = [this, guard = QPointer<QObject>(&context_), lines, next, folder](qsizetype index) {
-            if (!guard)
+        translator_.translate((*lines)[index].text, [guard, lines, next, index](const std::optional<QString> &text) {
+            if (!guard || !*next)
                 return;
-            if (index == lines->size()) {
-                applyRefinement(folder, *lines);
-                *next = nullptr;   // the chain held itself; let it go
-                return;
-            }
-            translator_.translate((*lines)[index].text, [guard, lines, next, index](const std::optional<QString> &text) {
-                if (!guard || !*next)
-                    return;
-                (*lines)[index].translation = text.value_or(QString());
-                (*next)(index + 1);
-            });
-        };
-        (*next)(0);
-    });
-    watcher->setFuture(QtConcurrent::run(QThreadPool::globalInstance(), [audio, locales, recognizers = services_.recognizers] {
-        return Refiner::transcribe(audio, locales, recognizers);
-    }));
+            (*lines)[index].translation = text.value_or(QString());
+            (*next)(index + 1);
+        });
+    };
+    (*next)(0);
 }
 
 void ClassLifecycle::applyRefinement(const QString &folder, const QList<SessionData::Line> &lines)

@@ -12,6 +12,7 @@
 #include "app/AppState.h"
 #include "app/AppWindows.h"
 #include "report/ClassReport.h"
+#include "session/Refiner.h"
 
 #include <QObject>
 
@@ -54,6 +55,8 @@ private:
     void askToSave(const QString &name, const QString &category);
     void save(const QString &name, const QString &category);
     void confirmDiscard(const QString &name, const QString &category);
+    using Refined = std::optional<QList<Refiner::Line>>;
+    void translateRefinement(const QString &folder, bool manual, qsizetype liveLines, const Refined &result);
     void applyRefinement(const QString &folder, const QList<SessionData::Line> &lines);
     void endRefinement(const QString &folder);
 

@@ -42,12 +42,6 @@ std::optional<QString> meaningful(const std::optional<QString> &reply)
     return text;
 }
 
-// The date the model resolves "next Tuesday" from, with the weekday, in US English.
-QString today(const QDateTime &now)
-{
-    return QLocale(QLocale::English, QLocale::UnitedStates).toString(now.toLocalTime().date(), u"dddd, MM/dd/yyyy");
-}
-
 // Every element an object, else nothing.
 std::optional<QList<QJsonObject>> objectsIn(const std::optional<QString> &reply)
 {
@@ -136,7 +130,7 @@ void findEvents(std::shared_ptr<EngineState> state, const QStringList &sentences
 {
     Prompts::Variables variables{{QStringLiteral("context"), Text::suffix(context, eventContextChars)},
                                  {QStringLiteral("sentences"), sentences.join(u'\n')},
-                                 {QStringLiteral("today"), today(state->clock->now())},
+                                 {QStringLiteral("today"), Prompts::dateText(state->clock->now().toLocalTime().date())},
                                  {QStringLiteral("answer_language"), state->config.answer().id}};
     const QString prompt = Prompts::fill(Prompts::events(), variables);
     send(std::move(state), prompt, [](EngineState &shared, const std::optional<QString> &reply) {

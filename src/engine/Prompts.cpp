@@ -1,5 +1,7 @@
 #include "engine/Prompts.h"
 
+#include <QLocale>
+
 namespace Prompts {
 
 namespace {
@@ -53,6 +55,11 @@ QString fill(const QString &text, const Variables &variables)
     }
     filled += QStringView(text).sliced(from);
     return filled;
+}
+
+QString dateText(const QDate &day)
+{
+    return QLocale(QLocale::English, QLocale::UnitedStates).toString(day, u"dddd, MM/dd/yyyy");
 }
 
 QString system(const Config &config)

@@ -7,6 +7,7 @@
 #include "settings/Config.h"
 
 #include <QHash>
+#include <QDate>
 #include <QString>
 
 namespace Prompts {
@@ -16,6 +17,9 @@ using Variables = QHash<QString, QString>;
 // Replaces every "{name}" of the template by its value, plainly, in one pass: text inside a value
 // is never taken for a placeholder. Placeholders without an entry stay as they are.
 QString fill(const QString &text, const Variables &variables);
+// A day as the model reads it, with its weekday, in US English whatever the user's language, so
+// that it can resolve "next Tuesday".
+QString dateText(const QDate &day);
 // The system prompt filled for the configured languages and the student's profile.
 QString system(const Config &config);
 

@@ -1,7 +1,7 @@
 #include "report/ReportMail.h"
 
 #include "account/Account.h"
-#include "account/PoolTask.h"
+#include "platform/PoolTask.h"
 #include "account/Relay.h"
 #include "report/MindMapImage.h"
 #include "text/Regex.h"

@@ -6,17 +6,10 @@
 #include "text/Json.h"
 #include "text/Regex.h"
 
-#include <QLocale>
 
 namespace ReportMaker {
 
 namespace {
-
-// Only the model reads it, so it names the weekday in one fixed language whatever the user's.
-QString dateText(const QDate &day)
-{
-    return QLocale(QLocale::English, QLocale::UnitedStates).toString(day, u"dddd, MM/dd/yyyy");
-}
 
 bool isDay(const QString &date)
 {
@@ -55,7 +48,7 @@ QString request(const QString &notes, const QString &transcript, const QString &
 {
     return Prompts::fill(prompt(), {{QStringLiteral("context"), transcript},
                                     {QStringLiteral("notes"), notes},
-                                    {QStringLiteral("today"), dateText(today)},
+                                    {QStringLiteral("today"), Prompts::dateText(today)},
                                     {QStringLiteral("answer_language"), language}});
 }
 
