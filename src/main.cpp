@@ -1,7 +1,7 @@
 #include "platform/Http.h"
 #include "platform/QuitSignals.h"
 #include "settings/Config.h"
-#include "ui/Panel.h"
+#include "ui/panel/Panel.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -24,7 +24,7 @@ int main(int argc, char *argv[])
     qCInfo(lcApp) << "Lecture language" << config.lecture().id << "answer language" << config.answer().id;
 
     Panel panel;
-    panel.onFeedLoaded = [](bool ok) { qCInfo(lcApp) << (ok ? "Feed page loaded" : "Feed page failed to load"); };
+
     panel.show();
     // The end of the desktop session, `kill` or Ctrl+C quit the ordinary way.
     const QuitSignals quitSignals([](int) { QCoreApplication::quit(); });

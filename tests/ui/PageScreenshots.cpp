@@ -1,6 +1,8 @@
 // Renders both pages during a class with Chinese and Korean text, light and dark, and checks that
 // something was drawn. With QUILLET_SCREENSHOT_DIR set the pictures are saved there for a look.
 
+#include "ui/common/Look.h"
+#include "ui/panel/Panel.h"
 #include "ui/web/FeedView.h"
 #include "ui/web/TranscriptView.h"
 
@@ -107,6 +109,42 @@ TEST(Pages, DrawAClassInChineseAndKoreanInEveryLook)
             image = shoot(view.web(), scene.behind, scene.size, scene.name);
         }
         EXPECT_EQ(image.size(), scene.size) << scene.name.toStdString();
+        EXPECT_GT(colours(image), 40) << scene.name.toStdString() << ": nothing drawn";
+    }
+}
+
+TEST(Pages, ThePanelDuringAClassStackedAndSideBySideLightAndDark)
+{
+    struct Scene { QString name; QString theme; QString layout; QSize size; };
+    const QList<Scene> scenes = {
+        {u"panel-light"_s, u"light"_s, u"vertical"_s, {420, 720}},
+        {u"panel-dark"_s, u"dark"_s, u"vertical"_s, {420, 720}},
+        {u"panel-side-light"_s, u"light"_s, u"horizontal"_s, {900, 560}},
+        {u"panel-side-dark"_s, u"dark"_s, u"horizontal"_s, {900, 560}},
+    };
+    for (const Scene &scene : scenes) {
+        Look::apply(scene.theme);
+        Panel panel;
+        panel.transcriptView().setTheme(scene.theme);
+        panel.feed().setTheme(scene.theme);
+        panel.resize(scene.size);
+        panel.show();
+        panel.setLayout(scene.layout);
+        panel.placeDivider();
+        panel.setStatus(u"● 正在听 English · 本机识别"_s);
+        panel.setRecording(true, u"12:07"_s);
+        panel.setLanguages(u"English"_s, u"Simplified Chinese"_s, {u"Korean"_s});
+        panel.setSwitches({true, true, true, false});
+        panel.setAccount(u"mina@example.com"_s);
+        panel.setUnread(true);
+        panel.setTitle(u"Claude"_s);
+        lecture(panel.transcriptView());
+        feedOf(panel.feed());
+        ASSERT_TRUE(QTest::qWaitFor([&] { return panel.feed().ready() && panel.transcriptView().ready(); }, 30000));
+        QTest::qWait(600);
+        const QImage image = panel.grab().toImage();
+        if (const QString dir = qEnvironmentVariable("QUILLET_SCREENSHOT_DIR"); !dir.isEmpty())
+            image.save(dir + u'/' + scene.name + u".png"_s);
         EXPECT_GT(colours(image), 40) << scene.name.toStdString() << ": nothing drawn";
     }
 }

@@ -1,3 +1,4 @@
+#include "support/PageProbe.h"
 #include "ui/web/FeedView.h"
 #include "ui/web/PageView.h"
 #include "ui/web/TranscriptView.h"
@@ -37,23 +38,8 @@ QJsonArray one(const QJsonArray &inner)
     return outer;
 }
 
-// Runs a script in the page and waits for its value.
-QVariant evaluate(QWebEngineView *web, const QString &script)
-{
-    // Native calls reach the page on the next turn of the event loop; let them go first.
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
-    auto result = std::make_shared<std::optional<QVariant>>();
-    web->page()->runJavaScript(script, [result](const QVariant &value) { *result = value; });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return result->has_value(); }, 120000)) << script.toStdString();
-    return result->value_or(QVariant());
-}
-
-// The value of a script that ends in a JSON-serialisable expression.
-QJsonValue read(QWebEngineView *web, const QString &expression)
-{
-    const QString json = evaluate(web, u"JSON.stringify(["_s + expression + u"])"_s).toString();
-    return QJsonDocument::fromJson(json.toUtf8()).array().at(0);
-}
+using PageProbe::evaluate;
+using PageProbe::read;
 
 template <typename View>
 void waitReady(View &view)

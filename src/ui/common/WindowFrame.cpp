@@ -53,4 +53,15 @@ QRect onScreen(const QRect &frame)
     return placed;
 }
 
+void setFloating(QWidget *window, bool floating)
+{
+    if (floating == bool(window->windowFlags() & Qt::WindowStaysOnTopHint))
+        return;
+    // Changing a window flag hides the window.
+    const bool visible = window->isVisible();
+    window->setWindowFlag(Qt::WindowStaysOnTopHint, floating);
+    if (visible)
+        window->show();
+}
+
 } // namespace WindowFrame

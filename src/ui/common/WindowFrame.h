@@ -17,5 +17,7 @@ void save(const QWidget *window, const QString &name);
 // `frame` moved (not resized, unless larger than the screen) so that it lies on the screen it
 // overlaps most, or on the primary screen when it overlaps none.
 QRect onScreen(const QRect &frame);
+// Above every other window or an ordinary one; a shown window stays shown where it was.
+void setFloating(QWidget *window, bool floating);
 
 } // namespace WindowFrame
