@@ -128,8 +128,6 @@ TEST(Pages, ThePanelDuringAClassStackedAndSideBySideLightAndDark)
     for (const Scene &scene : scenes) {
         Look::apply(scene.theme);
         Panel panel;
-        panel.transcriptView().setTheme(scene.theme);
-        panel.feed().setTheme(scene.theme);
         panel.resize(scene.size);
         panel.show();
         panel.setLayout(scene.layout);

@@ -74,8 +74,8 @@ void DesktopServices::quit()
 
 void DesktopServices::setTheme(const QString &theme)
 {
+    // Windows and their pages follow the application's palette.
     Look::apply(theme);
-    onLook(Look::isDark(QApplication::palette()) ? QStringLiteral("dark") : QStringLiteral("light"));
 }
 
 bool DesktopServices::isActive() const

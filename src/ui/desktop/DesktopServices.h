@@ -29,9 +29,6 @@ public:
     void setTheme(const QString &theme) override;
     bool isActive() const override;
 
-    // After a look was applied, with "light" or "dark": the pages follow.
-    std::function<void(const QString &look)> onLook = [](const QString &) {};
-
 private:
     QWidget *sheetParent_;
 };

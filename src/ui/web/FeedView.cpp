@@ -33,7 +33,7 @@ QString FeedView::name() const
 
 void FeedView::setTheme(const QString &theme)
 {
-    page_->call(QStringLiteral("setTheme"), {theme});
+    page_->setTheme(theme);
 }
 
 void FeedView::addNote(const QString &text)

@@ -32,7 +32,7 @@ public:
     void setName(const QString &name);
     QString name() const;
 
-    // "light", "dark", or "" to follow the desktop (the default).
+    // "light", "dark", or "" to follow the application's look (the default).
     void setTheme(const QString &theme);
 
     void addNote(const QString &text) override;

@@ -1,7 +1,9 @@
 #include "ui/web/PageView.h"
 
+#include "ui/common/Look.h"
 #include "ui/web/PageBridge.h"
 
+#include <QEvent>
 #include <QJsonDocument>
 #include <QMetaObject>
 #include <QUrl>
@@ -23,7 +25,9 @@ PageView::PageView(const QString &url, QObject *parent)
     web_->page()->setWebChannel(channel);
     bridge_->onMessage = [this](const QString &name, const QJsonValue &body) { onMessage(name, body); };
     connect(web_, &QWebEngineView::loadFinished, this, &PageView::loaded);
+    web_->installEventFilter(this);
     web_->load(QUrl(url));
+    followLook();
 }
 
 // The view is handed to a layout, which may own it; a view nobody took goes with this object.
@@ -53,6 +57,27 @@ void PageView::call(const QString &name, const QJsonArray &args)
     pending_.append(script(name, args));
     if (ready_ && pending_.size() == 1)
         QMetaObject::invokeMethod(this, &PageView::flush, Qt::QueuedConnection);
+}
+
+void PageView::setTheme(const QString &theme)
+{
+    followsLook_ = theme != u"light" && theme != u"dark";
+    if (followsLook_)
+        followLook();
+    else
+        call(QStringLiteral("setTheme"), {theme});
+}
+
+void PageView::followLook()
+{
+    call(QStringLiteral("setTheme"), {Look::isDark(web_->palette()) ? u"dark"_s : u"light"_s});
+}
+
+bool PageView::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == web_ && event->type() == QEvent::PaletteChange && followsLook_)
+        followLook();
+    return QObject::eventFilter(watched, event);
 }
 
 void PageView::loaded(bool ok)

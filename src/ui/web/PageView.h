@@ -38,15 +38,23 @@ public:
     std::function<void(const QString &name, const QJsonValue &body)> onMessage =
         [](const QString &, const QJsonValue &) {};
 
+    // "light" or "dark"; anything else follows the application's look, now and when it changes.
+    void setTheme(const QString &theme);
+
     // The script text of one call, e.g. `addLine(...["1","hi"])`.
     static QString script(const QString &name, const QJsonArray &args);
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
+    void followLook();
     void loaded(bool ok);
     void flush();
 
     QPointer<QWebEngineView> web_;
     PageBridge *bridge_;
     bool ready_ = false;
+    bool followsLook_ = true;
     QStringList pending_;  // script texts not yet handed to the page, in call order
 };

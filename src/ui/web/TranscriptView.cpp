@@ -45,7 +45,7 @@ void TranscriptView::setFontSize(double size)
 
 void TranscriptView::setTheme(const QString &theme)
 {
-    page_->call(QStringLiteral("setTheme"), {theme});
+    page_->setTheme(theme);
 }
 
 void TranscriptView::setFont(const QString &family)

@@ -32,7 +32,7 @@ public:
 
     void setLook(const QString &look);
     void setFontSize(double size);
-    // "light", "dark", or "" to follow the desktop (the default); the "bar" look is always dark.
+    // "light", "dark", or "" to follow the application's look (the default); the "bar" look is always dark.
     void setTheme(const QString &theme);
     // A font id: "system", "songti", "wenkai", "smiley" or "kuaile".
     void setFont(const QString &family);
