@@ -54,6 +54,7 @@ const Page = (() => {
       lastTop = scroller.scrollTop;
     }, { passive: true });
     let queued = false;
+    let lastScroll = -Infinity;
     return {
       // Call after every change of the content.
       changed() {
@@ -61,8 +62,13 @@ const Page = (() => {
         queued = true;
         requestAnimationFrame(() => {
           queued = false;
+          // Smooth while text comes at reading pace; a burst jumps, so the page isn't animating
+          // all the time.
+          const now = performance.now();
           const far = scroller.scrollHeight - scroller.clientHeight - scroller.scrollTop > scroller.clientHeight;
-          scroller.scrollTo({ top: scroller.scrollHeight, behavior: far ? "auto" : "smooth" });
+          const burst = now - lastScroll < 400;
+          lastScroll = now;
+          scroller.scrollTo({ top: scroller.scrollHeight, behavior: far || burst ? "auto" : "smooth" });
         });
       },
       stuck: () => stick,

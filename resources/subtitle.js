@@ -62,6 +62,18 @@ function setColors(translation, original) {
   apply("--src-custom", original);
 }
 
+// Rows go into blocks of a hundred: a block out of sight is skipped whole by layout and paint, so
+// a class of thousands of rows costs about what its visible rows cost.
+const chunkSize = 100;
+let lastArrival = -Infinity;
+function chunkForNextRow() {
+  const last = rowsBox.lastElementChild;
+  if (last && last.childElementCount < chunkSize) return last;
+  const chunk = Page.el("div", "chunk");
+  rowsBox.append(chunk);
+  return chunk;
+}
+
 function addLine(id, text) {
   const key = String(id);
   const existing = rows.get(key);
@@ -71,8 +83,12 @@ function addLine(id, text) {
   }
   const row = makeRow(text, "", "row");
   row.dataset.id = key;
+  // Rows that come in a burst appear at once: an animation for each would keep the page busy.
+  const now = performance.now();
+  if (now - lastArrival < 400) row.classList.add("still");
+  lastArrival = now;
   rows.set(key, row);
-  rowsBox.append(row);
+  chunkForNextRow().append(row);
   showHint();
   follow.changed();
 }
