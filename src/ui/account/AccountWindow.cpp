@@ -50,7 +50,7 @@ void AccountWindow::build()
         column->addWidget(page, 0, Qt::AlignHCenter);
     message_ = AccountLook::label({}, 12, Tone::error, this);
     message_->setAlignment(Qt::AlignCenter);
-    message_->setFixedWidth(AccountLook::contentWidth);
+    message_->setFixedWidth(AccountLook::contentWidth + 12);
     message_->setContentsMargins(0, 12, 0, 0);
     column->addWidget(message_, 0, Qt::AlignHCenter);
 }

@@ -43,6 +43,7 @@ EmailPage::EmailPage(QWidget *parent)
     codeLine->addWidget(code_);
     codeLine->addWidget(confirm_);
     codeRow_->setFixedWidth(AccountLook::contentWidth);
+    code_->setFixedHeight(confirm_->height());
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);

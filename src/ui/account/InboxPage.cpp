@@ -71,7 +71,7 @@ void InboxPage::reload()
         column_->addWidget(note, 0, Qt::AlignHCenter);
     }
     for (const InboxMessage &message : messages) {
-        auto *row = new MenuRow(u"doc.text"_s, message.title, detail(message), list_);
+        auto *row = new MenuRow(u"doc.text"_s, message.title, detail(message), list_, MenuRow::Shape::stacked);
         row->setObjectName(message.id.toString(QUuid::WithoutBraces));
         row->setUnread(!message.read);
         row->onClick = [this, id = message.id] { onOpen(id); };

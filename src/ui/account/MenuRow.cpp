@@ -13,6 +13,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int rowHeight = 40;
+constexpr int stackedHeight = 52;
 constexpr int sideInset = 12;
 constexpr int iconSlot = 20;
 constexpr int spacing = 10;
@@ -29,13 +30,14 @@ QString spriteFor(const QString &icon)
 
 } // namespace
 
-MenuRow::MenuRow(const QString &icon, const QString &title, const QString &value, QWidget *parent)
+MenuRow::MenuRow(const QString &icon, const QString &title, const QString &value, QWidget *parent, Shape shape)
     : QWidget(parent)
+    , shape_(shape)
     , icon_(icon)
     , title_(title)
     , value_(value)
 {
-    setFixedHeight(rowHeight);
+    setFixedHeight(shape == Shape::stacked ? stackedHeight : rowHeight);
     setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::TabFocus);
     setAccessibleName(title);
@@ -62,7 +64,7 @@ void MenuRow::activate()
 
 QSize MenuRow::sizeHint() const
 {
-    return {AccountLook::contentWidth - 12, rowHeight};
+    return {AccountLook::contentWidth - 12, height()};
 }
 
 QPixmap MenuRow::tinted(const QString &name, int size, const QColor &color) const
@@ -79,51 +81,75 @@ QPixmap MenuRow::tinted(const QString &name, int size, const QColor &color) cons
     return pixmap;
 }
 
+QFont MenuRow::sized(double pixels) const
+{
+    QFont sized = font();
+    sized.setPixelSize(qRound(pixels));
+    return sized;
+}
+
 void MenuRow::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QColor text = palette().color(QPalette::WindowText);
     if (hovering_ || hasFocus()) {
-        QColor wash = text;
+        QColor wash = palette().color(QPalette::WindowText);
         wash.setAlphaF(0.06f);
         painter.setPen(Qt::NoPen);
         painter.setBrush(wash);
         painter.drawRoundedRect(QRectF(rect()), 8, 8);
     }
-    const QColor secondary = Look::secondaryText(palette());
     const QRect slot(sideInset, 0, iconSlot, height());
-    if (unread_) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(palette().color(QPalette::Highlight));
-        painter.drawEllipse(QRectF(slot.center().x() - dotSize / 2.0 + 0.5, height() / 2.0 - dotSize / 2.0, dotSize, dotSize));
-    } else {
-        const QPixmap icon = tinted(spriteFor(icon_), iconSize, secondary);
-        const QSizeF size = icon.deviceIndependentSize();
-        painter.drawPixmap(QPointF(slot.center().x() - size.width() / 2 + 0.5, (height() - size.height()) / 2), icon);
-    }
-
-    const QPixmap chevron = tinted(u"chevron-right"_s, chevronSize, secondary);
+    paintIcon(painter, slot);
+    const QPixmap chevron = tinted(u"chevron-right"_s, chevronSize, Look::secondaryText(palette()));
     const QSizeF chevronRoom = chevron.deviceIndependentSize();
     const qreal chevronLeft = width() - sideInset - chevronRoom.width();
     painter.drawPixmap(QPointF(chevronLeft, (height() - chevronRoom.height()) / 2), chevron);
+    paintTexts(painter, slot.right() + 1 + spacing, int(chevronLeft) - spacing);
+}
 
-    const QFont valueFont = AccountLook::font(12);
+void MenuRow::paintIcon(QPainter &painter, const QRect &slot)
+{
+    const QPointF centre(slot.center().x() + 0.5, height() / 2.0);
+    if (unread_) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(palette().color(QPalette::Highlight));
+        painter.drawEllipse(centre, dotSize / 2.0, dotSize / 2.0);
+        return;
+    }
+    const QPixmap icon = tinted(spriteFor(icon_), iconSize, Look::secondaryText(palette()));
+    painter.drawPixmap(centre - QPointF(icon.deviceIndependentSize().width(), icon.deviceIndependentSize().height()) / 2,
+                       icon);
+}
+
+void MenuRow::paintTexts(QPainter &painter, int left, int right)
+{
+    const QFont titleFont = sized(14);
+    const QFont valueFont = sized(12);
+    const QFontMetrics titleMetrics(titleFont);
     const QFontMetrics valueMetrics(valueFont);
-    const int valueWidth = std::min(valueMetrics.horizontalAdvance(value_), width() / 2);
-    const int valueRight = int(chevronLeft) - (value_.isEmpty() ? 0 : 8);
+    const QColor secondary = Look::secondaryText(palette());
+    const int room = right - left;
+    QRect titleBox(left, 0, room, height());
+    QRect valueBox = titleBox;
+    Qt::Alignment valueAlign = Qt::AlignVCenter | Qt::AlignRight;
+    if (shape_ == Shape::stacked) {
+        titleBox = QRect(left, 8, room, height() / 2 - 6);
+        valueBox = QRect(left, height() / 2 + 1, room, height() / 2 - 9);
+        valueAlign = Qt::AlignTop | Qt::AlignLeft;
+    } else if (!value_.isEmpty()) {
+        // The value keeps its whole width when it can; the title gives way first.
+        const int valueWidth = std::min(valueMetrics.horizontalAdvance(value_) + 4, room / 2);
+        valueBox = QRect(right - valueWidth, 0, valueWidth, height());
+        titleBox.setRight(valueBox.left() - spacing);
+    }
     painter.setFont(valueFont);
     painter.setPen(secondary);
-    painter.drawText(QRect(valueRight - valueWidth, 0, valueWidth, height()), Qt::AlignVCenter | Qt::AlignRight,
-                     valueMetrics.elidedText(value_, Qt::ElideRight, valueWidth));
-
-    const int titleLeft = slot.right() + 1 + spacing;
-    const int titleWidth = valueRight - valueWidth - spacing - titleLeft;
-    const QFont titleFont = AccountLook::font(14);
+    painter.drawText(valueBox, valueAlign, valueMetrics.elidedText(value_, Qt::ElideRight, valueBox.width()));
     painter.setFont(titleFont);
-    painter.setPen(text);
-    painter.drawText(QRect(titleLeft, 0, titleWidth, height()), Qt::AlignVCenter | Qt::AlignLeft,
-                     QFontMetrics(titleFont).elidedText(title_, Qt::ElideRight, titleWidth));
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(titleBox, (shape_ == Shape::stacked ? Qt::AlignBottom : Qt::AlignVCenter) | Qt::AlignLeft,
+                     titleMetrics.elidedText(title_, Qt::ElideRight, titleBox.width()));
 }
 
 void MenuRow::enterEvent(QEnterEvent *event)

@@ -3,7 +3,8 @@
 // One row of an account page's menu: an icon, a title on the left, a quieter value and a chevron
 // on the right, 40 high. The row lights up under the pointer and acts on release when the pointer
 // is still inside (or on Return or Space when it has the focus); its parts take no clicks of
-// their own. An unread row shows an accent dot in place of its icon. Main thread only.
+// their own. An unread row shows an accent dot in place of its icon. A stacked row puts its
+// value under the title, for lists whose titles are long (the message centre). Main thread only.
 
 #include <QWidget>
 
@@ -14,8 +15,11 @@ class MenuRow final : public QWidget
     Q_OBJECT
 
 public:
+    enum class Shape { oneLine, stacked };
+
     // `icon` is "pixel:" + a sprite name, or a system symbol name the pixel icons answer for.
-    MenuRow(const QString &icon, const QString &title, const QString &value = {}, QWidget *parent = nullptr);
+    MenuRow(const QString &icon, const QString &title, const QString &value = {}, QWidget *parent = nullptr,
+            Shape shape = Shape::oneLine);
 
     QString title() const { return title_; }
     void setValue(const QString &value);
@@ -40,7 +44,11 @@ protected:
 
 private:
     QPixmap tinted(const QString &name, int size, const QColor &color) const;
+    QFont sized(double pixels) const;
+    void paintIcon(QPainter &painter, const QRect &slot);
+    void paintTexts(QPainter &painter, int left, int right);
 
+    Shape shape_;
     QString icon_;
     QString title_;
     QString value_;
