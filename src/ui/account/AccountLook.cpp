@@ -11,6 +11,8 @@ namespace AccountLook {
 QFont font(double pixels, QFont::Weight weight)
 {
     QFont f;
+    // One face for Latin and CJK alike, so an address inside a Chinese sentence matches it.
+    f.setFamilies({u"Noto Sans CJK SC"_s, f.family()});
     f.setPixelSize(qRound(pixels));
     f.setWeight(weight);
     return f;

@@ -23,6 +23,7 @@ inline constexpr int textWidth = 270;
 inline constexpr int formWidth = 300;
 
 // Sizes are logical pixels, so text keeps its proportions to the desktop's 13-pixel body text.
+// The face is Noto Sans CJK where installed. Each window sets font(13) on itself for its fields.
 QFont font(double pixels, QFont::Weight weight = QFont::Normal);
 
 // A wrapping plain-text label at a pixel size.

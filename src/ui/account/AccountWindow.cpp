@@ -27,6 +27,7 @@ AccountWindow::AccountWindow(QWidget *parent)
     : QWidget(parent, Qt::Window)
 {
     setWindowTitle(u"Quillet"_s);
+    setFont(AccountLook::font(13));
     build();
     wire();
     refresh();
@@ -44,13 +45,13 @@ void AccountWindow::build()
     pages_ = {home_, passwordPage_, emailPage_, plansPage_, inboxPage_, messagePage_};
 
     auto *column = new QVBoxLayout(this);
-    column->setContentsMargins(24, 22, 24, 20);
+    column->setContentsMargins(20, 22, 20, 20);
     column->setSpacing(0);
     for (QWidget *page : std::as_const(pages_))
         column->addWidget(page, 0, Qt::AlignHCenter);
     message_ = AccountLook::label({}, 12, Tone::error, this);
     message_->setAlignment(Qt::AlignCenter);
-    message_->setFixedWidth(AccountLook::contentWidth + 12);
+    message_->setFixedWidth(AccountLook::accountWindowWidth - 40);
     message_->setContentsMargins(0, 12, 0, 0);
     column->addWidget(message_, 0, Qt::AlignHCenter);
 }
@@ -189,6 +190,8 @@ void AccountWindow::goHome()
     passwordPage_->clear();
     emailPage_->clear();
     showPage(home_);
+    // Nothing ringed on arrival; Tab still reaches the avatar and the rows.
+    home_->setFocus();
 }
 
 void AccountWindow::openInbox()

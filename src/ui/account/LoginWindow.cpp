@@ -60,6 +60,7 @@ LoginWindow::LoginWindow(QWidget *parent)
     : QWidget(parent, Qt::Window)
 {
     setWindowTitle(u"Quillet"_s);
+    setFont(AccountLook::font(13));
     setFixedSize(420, 560);
     build();
     for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {

@@ -9,11 +9,15 @@
 #include "ui/account/CatPicker.h"
 #include "ui/account/EmailPage.h"
 #include "ui/account/LoginWindow.h"
+#include "ui/account/MessagePage.h"
 #include "ui/common/Look.h"
 
+#include <QCursor>
 #include <QDir>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSet>
 
 using namespace Qt::StringLiterals;
@@ -73,6 +77,7 @@ protected:
 
 TEST_F(AccountScreenshots, EverySignInStepAndAccountPage)
 {
+    QCursor::setPos(0, 0);  // no row lit up by a pointer that happens to rest on it
     for (const QString &look : {u"light"_s, u"dark"_s}) {
         Look::apply(look);
         {
@@ -110,6 +115,9 @@ TEST_F(AccountScreenshots, EverySignInStepAndAccountPage)
         shoot(&account, u"inbox"_s);
         account.openMessage(Inbox::all()[0].id);
         shoot(&account, u"message"_s);
+        QScrollBar *bar = account.messagePage()->findChild<QScrollArea *>()->verticalScrollBar();
+        bar->setValue(bar->maximum());
+        shoot(&account, u"message-mindmap"_s);
         account.openPassword();
         shoot(&account, u"password"_s);
         account.openEmail();
