@@ -47,7 +47,6 @@ public:
     AccountHome *home() const { return home_; }
     PasswordPage *passwordPage() const { return passwordPage_; }
     EmailPage *emailPage() const { return emailPage_; }
-    PlansPage *plansPage() const { return plansPage_; }
     InboxPage *inboxPage() const { return inboxPage_; }
     MessagePage *messagePage() const { return messagePage_; }
     CatPicker *catPicker() const { return catPicker_; }

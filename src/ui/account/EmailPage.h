@@ -38,7 +38,6 @@ public:
     QLineEdit *code() const { return code_; }
     QPushButton *sendButton() const { return send_; }
     QPushButton *confirmButton() const { return confirm_; }
-    QWidget *codeRow() const { return codeRow_; }
 
     std::function<void(const QString &text, ToneLabel::Tone tone)> onSay = [](const QString &, ToneLabel::Tone) {};
     // The page changed its height (the code row came in).

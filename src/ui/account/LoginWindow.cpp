@@ -221,6 +221,15 @@ bool LoginWindow::counterShown() const
     return !progress_->isHidden();
 }
 
+QList<QPushButton *> LoginWindow::links() const
+{
+    QList<QPushButton *> shown;
+    for (QPushButton *link : links_)
+        if (!link->isHidden())
+            shown.append(link);
+    return shown;
+}
+
 QString LoginWindow::message() const
 {
     return message_->text();

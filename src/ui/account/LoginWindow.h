@@ -53,7 +53,8 @@ public:
     QLineEdit *againPassword() const { return againPassword_; }
     QPushButton *mainButton() const { return mainButton_; }
     QPushButton *backButton() const { return back_; }
-    QList<QPushButton *> links() const { return links_; }
+    // The links under the form that this step shows.
+    QList<QPushButton *> links() const;
     CatGrid *cats() const { return catGrid_; }
     QString title() const;
     QString subtitle() const;

@@ -26,7 +26,6 @@ public:
     QString value() const { return value_; }
     void setUnread(bool unread);
     bool unread() const { return unread_; }
-    bool hovering() const { return hovering_; }
     // Sends the row's action, as a click does.
     void activate();
 

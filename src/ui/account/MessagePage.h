@@ -28,7 +28,6 @@ public:
     explicit MessagePage(QWidget *parent = nullptr);
 
     void display(const InboxMessage &message);
-    std::optional<InboxMessage> shown() const { return shown_; }
     void addEventToCalendar(int index);
     void resendMessage();
     void deleteMessage();

@@ -48,6 +48,12 @@ void RelayFixture::TearDown()
     QFile::remove(Inbox::path());
 }
 
+void RelayFixture::freshStart()
+{
+    server = std::make_unique<TestServer>();
+    SetUp();
+}
+
 void RelayFixture::signIn(const QString &email)
 {
     Keychain::set(key(Relay::sessionAccount), u"T1"_s);

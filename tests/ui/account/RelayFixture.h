@@ -19,6 +19,8 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
+    // A new relay and an empty secret store and inbox, for the next case of a table.
+    void freshStart();
     // A session for this address, as a finished sign-in leaves it.
     void signIn(const QString &email);
     void queue(int status, const QByteArray &body);
