@@ -478,7 +478,7 @@ void LoginWindow::savePassword()
 
 void LoginWindow::saveAvatar()
 {
-    busy(u"正在保存…"_s);
+    // Shown here at once; the service hears of it in the background, and a failure isn't news.
     Account::setAvatar(avatar_);
     go(Step::done);
 }

@@ -21,7 +21,6 @@ class CatGrid;
 class QLabel;
 class QLineEdit;
 class QPushButton;
-class QVBoxLayout;
 class StepProgress;
 class ToneLabel;
 
