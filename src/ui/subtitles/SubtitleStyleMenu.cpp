@@ -4,11 +4,20 @@
 #include "ui/subtitles/SubtitleFonts.h"
 
 #include <QLabel>
+#include <QPainter>
+#include <QStyleOptionMenuItem>
 #include <QWidgetAction>
+
+namespace {
+
+constexpr int checkGutter = 20;
+
+} // namespace
 
 SubtitleStyleMenu::SubtitleStyleMenu(const Stored &stored, QWidget *parent)
     : QMenu(parent)
 {
+    setContentsMargins(checkGutter, 0, 0, 0);
     addFonts(stored.fontID);
     addSeparator();
     addColors(Target::translation, SubtitleColors::translationChoices(), stored.translation,
@@ -21,7 +30,7 @@ void SubtitleStyleMenu::addHeader(const QString &title)
 {
     // A quiet caption rather than a clickable row: the style draws no text for plain sections.
     auto *label = new QLabel(title, this);
-    label->setContentsMargins(12, 5, 12, 3);
+    label->setContentsMargins(6, 5, 12, 3);
     QFont font = label->font();
     font.setPointSizeF(font.pointSizeF() * 0.85);
     font.setWeight(QFont::DemiBold);
@@ -59,4 +68,29 @@ void SubtitleStyleMenu::addColors(Target target, const QList<SubtitleColors::Cho
     QAction *custom = addAction(QStringLiteral("自定义…"));
     custom->setData(target == Target::translation ? QStringLiteral("dst") : QStringLiteral("src"));
     connect(custom, &QAction::triggered, this, [this, target] { onCustomColor(target); });
+}
+
+void SubtitleStyleMenu::initStyleOption(QStyleOptionMenuItem *option, const QAction *action) const
+{
+    QMenu::initStyleOption(option, action);
+    option->checkType = QStyleOptionMenuItem::NotCheckable;
+    option->checked = false;
+}
+
+void SubtitleStyleMenu::paintEvent(QPaintEvent *event)
+{
+    QMenu::paintEvent(event);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (QAction *action : actions()) {
+        if (!action->isChecked())
+            continue;
+        const QRect row = actionGeometry(action);
+        const bool lit = action == activeAction();
+        painter.setPen(QPen(palette().color(lit ? QPalette::HighlightedText : QPalette::Text), 1.6, Qt::SolidLine,
+                            Qt::RoundCap, Qt::RoundJoin));
+        const QPointF mid(checkGutter / 2.0 + 3, row.center().y() + 0.5);
+        const QPointF mark[] = {mid + QPointF(-4, 0), mid + QPointF(-1.2, 3), mid + QPointF(4, -3.5)};
+        painter.drawPolyline(mark, 3);
+    }
 }

@@ -31,6 +31,12 @@ public:
     std::function<void(Target target, const QString &value)> onColor = [](Target, const QString &) {};
     std::function<void(Target target)> onCustomColor = [](Target) {};
 
+protected:
+    // Check marks sit in a gutter of their own, left of the swatches, as the style would draw
+    // them in the swatch's place.
+    void initStyleOption(QStyleOptionMenuItem *option, const QAction *action) const override;
+    void paintEvent(QPaintEvent *event) override;
+
 private:
     void addHeader(const QString &title);
     void addFonts(const QString &stored);

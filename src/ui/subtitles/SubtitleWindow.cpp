@@ -311,6 +311,8 @@ void SubtitleWindow::paintEvent(QPaintEvent *)
         return;
     }
     surface.setAlphaF(float(0.96 * opacity_));
+    // The strip draws the top; its rounder corners would leave slivers of the surface beside them.
+    painter.setClipRect(rect().adjusted(0, SubtitleGrip::stripHeight, 0, 0));
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(surface);

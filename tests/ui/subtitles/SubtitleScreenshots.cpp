@@ -6,6 +6,7 @@
 #include "ui/subtitles/SubtitleWindow.h"
 
 #include "CompositorSelection.h"
+#include "ui/common/IconButton.h"
 #include "ui/common/Look.h"
 #include "ui/web/TranscriptView.h"
 
@@ -103,11 +104,13 @@ TEST(SubtitleScreenshots, TheBarOverAWindowClosedWithItsToolbarAndWithItsMenu)
         if (scene.toolbar)
             bar.toggleSettings();
         QList<QWidget *> above{&bar};
-        std::unique_ptr<QMenu> menu;
         if (scene.menu) {
-            menu.reset(bar.styleMenu());
-            menu->popup(bar.mapToGlobal(QPoint(560, 30 - menu->sizeHint().height())));
-            above << menu.get();
+            for (IconButton *button : bar.findChildren<IconButton *>())
+                if (button->accessibleName() == u"字体和颜色")
+                    QTest::mouseClick(button, Qt::LeftButton);
+            auto *menu = bar.findChild<SubtitleStyleMenu *>();
+            ASSERT_TRUE(menu && menu->isVisible());
+            above << menu;
         }
         QTest::qWait(700);  // entry animations, fonts and the first frame of the page
         const QImage image = compose(*behind, above);
