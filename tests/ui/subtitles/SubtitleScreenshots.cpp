@@ -101,8 +101,10 @@ TEST(SubtitleScreenshots, TheBarOverAWindowClosedWithItsToolbarAndWithItsMenu)
         lecture(bar.transcript());
         bar.show();
         ASSERT_TRUE(QTest::qWaitFor([&] { return bar.transcript().ready(); }, 30000));
-        if (scene.toolbar)
+        if (scene.toolbar) {
+            bar.setFloating(true);  // the page survives the window coming back with new flags
             bar.toggleSettings();
+        }
         QList<QWidget *> above{&bar};
         if (scene.menu) {
             for (IconButton *button : bar.findChildren<IconButton *>())
