@@ -21,6 +21,8 @@
 #include <xcb/xcb.h>
 
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <memory>
 
 namespace {
