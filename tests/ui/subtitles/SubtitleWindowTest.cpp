@@ -1,7 +1,8 @@
 #include "ui/subtitles/SubtitleWindow.h"
 
-#include "../X11Client.h"
+#include "X11Client.h"
 #include "settings/UserDefaults.h"
+#include "support/PageProbe.h"
 #include "ui/subtitles/SubtitleColors.h"
 #include "ui/subtitles/SubtitleFonts.h"
 #include "ui/web/TranscriptView.h"
@@ -11,8 +12,6 @@
 #include <QScreen>
 #include <QSettings>
 #include <QTest>
-#include <QWebEnginePage>
-#include <QWebEngineView>
 #include <QWidgetAction>
 
 #include <gtest/gtest.h>
@@ -75,15 +74,11 @@ QAction *row(const QList<QAction *> &rows, const QString &label)
     return nullptr;
 }
 
-// The page's value of a script expression, once the page has loaded.
-QVariant page(SubtitleWindow &bar, const QString &script)
+// The page's value of a JSON expression, once the page has loaded.
+QJsonValue page(SubtitleWindow &bar, const QString &expression)
 {
     EXPECT_TRUE(QTest::qWaitFor([&] { return bar.transcript().ready(); }, 30000));
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
-    auto result = std::make_shared<std::optional<QVariant>>();
-    bar.transcript().web()->page()->runJavaScript(script, [result](const QVariant &value) { *result = value; });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return result->has_value(); }, 30000));
-    return result->value_or(QVariant());
+    return PageProbe::read(bar.transcript().web(), expression);
 }
 
 void showAndWait(SubtitleWindow &bar)
