@@ -2,6 +2,7 @@
 
 #include "EventLoop.h"
 #include "FakeProvider.h"
+#include "Files.h"
 #include "QtPrinters.h"
 #include "platform/Http.h"
 #include "platform/Log.h"
@@ -94,12 +95,6 @@ protected:
         return runEventsUntil([&] { return provider->calls().size() >= count; });
     }
 
-    static QString logText()
-    {
-        QFile file(Log::path());
-        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-    }
-
     std::shared_ptr<FakeProvider> provider = std::make_shared<FakeProvider>();
     std::shared_ptr<Corrector> corrector = Corrector::make(provider, u"Korean"_s, u"Simplified Chinese"_s);
     QHash<QString, std::pair<QString, QString>> script;
@@ -153,7 +148,7 @@ TEST_F(CorrectorTest, AFixIsBelievedOnlyCloseToTheRowAndDeliveredWithItsTranslat
     // What was believed, else the row as heard, is context; the prompt carries the last twelve.
     kept << u"sentinel row"_s;
     EXPECT_EQ(nextContext(), kept.mid(kept.size() - 12).join(u'\n'));
-    const QString log = logText();
+    const QString log = QString::fromUtf8(readFile(Log::path()));
     for (const auto &[row, fix, translation, believed] : cases) {
         const bool changed = believed && fix != row;
         EXPECT_EQ(log.contains(u" AI 纠错: "_s + row + u" → "_s + fix + u'\n'), changed) << row.toStdString();
@@ -258,7 +253,7 @@ TEST_F(CorrectorTest, RepliesAreReadOutOfChatterAndFencesAndUnusableOnesAreLogge
     EXPECT_EQ(fixes, delivered);
     // The rows of an unusable reply become context as they were sent.
     EXPECT_EQ(nextContext(), u"고친 문장\n42\n고칠 문장\na\na\na\na\na\na\nsentinel row"_s);
-    const QString log = logText();
+    const QString log = QString::fromUtf8(readFile(Log::path()));
     EXPECT_EQ(log.count(u"no usable reply"_s), 7);
     for (const auto &[reply, row, fix] : replies) {
         const QString logged = reply ? reply->left(200) : u"nil"_s;

@@ -128,15 +128,7 @@ protected:
 
     static void settle() { Http::taskPool().waitForDone(); }
 
-    QList<FakeProvider::Call> callsContaining(const QString &text) const
-    {
-        QList<FakeProvider::Call> found;
-        for (const FakeProvider::Call &call : fake->calls()) {
-            if (call.prompt().contains(text))
-                found << call;
-        }
-        return found;
-    }
+    QList<FakeProvider::Call> callsContaining(const QString &text) const { return fake->callsContaining(text); }
 
     Seen seen() const
     {

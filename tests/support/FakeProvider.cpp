@@ -33,6 +33,13 @@ QList<FakeProvider::Call> FakeProvider::calls() const
     return calls_;
 }
 
+QList<FakeProvider::Call> FakeProvider::callsContaining(const QString &text) const
+{
+    QList<Call> found = calls();
+    found.removeIf([&](const Call &call) { return !call.prompt().contains(text); });
+    return found;
+}
+
 bool FakeProvider::waitForCalls(int count, std::chrono::milliseconds timeout) const
 {
     std::unique_lock lock(mutex_);

@@ -36,6 +36,8 @@ public:
     void release();
 
     QList<Call> calls() const;
+    // The calls whose prompt contains the text.
+    QList<Call> callsContaining(const QString &text) const;
     // Waits (really) until at least count calls have arrived; false on time-out.
     bool waitForCalls(int count, std::chrono::milliseconds timeout = std::chrono::seconds(10)) const;
 
