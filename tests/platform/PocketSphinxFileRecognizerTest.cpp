@@ -1,10 +1,10 @@
 #include "platform/PocketSphinxFileRecognizer.h"
 
 #include "AudioFiles.h"
+#include "Files.h"
 #include "QtPrinters.h"
 #include "SpeechAudio.h"
 
-#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -81,24 +81,15 @@ TEST(PocketSphinxFileRecognizerTest, BadFilesAreWordedOrEndEarly)
     QTemporaryDir folder;
     const auto speech = SpeechAudio::make(folder.path(), {SpeechAudio::lecture()});
     ASSERT_TRUE(speech);
-    const auto read = [](const QString &path) {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    };
     const QString whole = aacOf(speech->path, folder.filePath(u"whole.m4a"_s));
-    const QByteArray bytes = read(whole);
-    const auto put = [&](const QString &name, const QByteArray &content) {
-        QFile out(folder.filePath(name));
-        EXPECT_TRUE(out.open(QIODevice::WriteOnly));
-        out.write(content);
-        return out.fileName();
-    };
+    const QByteArray bytes = readFile(whole);
+    const auto put = [&](const QString &name, const QByteArray &bytes) { return writeFile(folder.filePath(name), bytes); };
     const QString missing = folder.filePath(u"missing.m4a"_s);
     EXPECT_EQ(std::get<QString>(recognise(missing)), u"无法读取录音文件："_s + missing);
     const QString notSound = put(u"notes.m4a"_s, "# not a recording\n");
     EXPECT_EQ(std::get<QString>(recognise(notSound)), u"无法读取录音文件："_s + notSound);
     const QString indexAtEnd = aacOf(speech->path, folder.filePath(u"index.m4a"_s), Index::End);
-    const QString lostIndex = put(u"lost.m4a"_s, read(indexAtEnd).left(50'000));
+    const QString lostIndex = put(u"lost.m4a"_s, readFile(indexAtEnd).left(50'000));
     EXPECT_EQ(std::get<QString>(recognise(lostIndex)), u"无法读取录音文件："_s + lostIndex);
     EXPECT_EQ(std::get<QString>(recognise(whole, u"fr-FR"_s)), u"加载语音识别模型失败，请检查模型文件夹：找不到 fr-FR 的模型"_s);
 

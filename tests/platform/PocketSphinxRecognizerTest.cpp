@@ -2,6 +2,7 @@
 #include "platform/PocketSphinxRecognizer.h"
 #include "platform/WavFile.h"
 
+#include "Files.h"
 #include "QtPrinters.h"
 #include "SpeechAudio.h"
 
@@ -113,10 +114,7 @@ TEST(PocketSphinxRecognizerTest, ModelFoldersAreFoundByLocaleAndBadOnesAreWorded
         const QString path = german + u'/' + part;
         const QString target = QFile::symLinkTarget(path);
         ASSERT_TRUE(QFile::remove(path));
-        QFile garbage(path);
-        ASSERT_TRUE(garbage.open(QIODevice::WriteOnly));
-        garbage.write(QByteArray(3'000, '\x7f'));
-        garbage.close();
+        writeFile(path, QByteArray(3'000, '\x7f'));
         EXPECT_EQ(problem(u"de-DE"_s), failed + u" 里的模型文件无法读取");
         ASSERT_TRUE(QFile::remove(path));
         ASSERT_TRUE(QFile::link(target, path));

@@ -3,6 +3,7 @@
 #include "platform/WavFileInput.h"
 
 #include "AudioFiles.h"
+#include "Files.h"
 #include "ManualClock.h"
 #include "QtPrinters.h"
 
@@ -110,11 +111,8 @@ TEST(WavFileTest, BadFilesGetAWordedReasonAndMakeNoInput)
     input.stop();
     EXPECT_EQ(collected.buffers, 0);
 
-    QFile noise(folder.filePath(u"noise.wav"_s));
-    ASSERT_TRUE(noise.open(QIODevice::WriteOnly));
-    noise.write(QByteArray(400, '\x5a'));
-    noise.close();
-    EXPECT_TRUE(problem(noise.fileName()).endsWith(u"不是 WAV 文件"));
+    const QString noise = writeFile(folder.filePath(u"noise.wav"_s), QByteArray(400, '\x5a'));
+    EXPECT_TRUE(problem(noise).endsWith(u"不是 WAV 文件"));
 
     const QString headerOnly = tone(folder, u"cut.wav"_s, {u"-r16000"_s, u"-b16"_s});
     ASSERT_TRUE(QFile::resize(headerOnly, 30));
@@ -177,13 +175,10 @@ TEST(WavFileTest, HostileHeadersAreBoundedByTheFileAndWorded)
     };
     for (const auto &each : cases) {
         SCOPED_TRACE(each.name);
-        QFile out(folder.filePath(QString::fromLatin1(each.name)));
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        out.write(each.bytes);
-        out.close();
-        WavFile file(out.fileName());
+        const QString path = writeFile(folder.filePath(QString::fromLatin1(each.name)), each.bytes);
+        WavFile file(path);
         const auto problem = file.open();
-        const QString worded = u"无法读取音频文件 " + out.fileName() + u"：" + each.problem;
+        const QString worded = u"无法读取音频文件 " + path + u"：" + each.problem;
         EXPECT_EQ(problem.value_or(QString()), each.problem.isEmpty() ? QString() : worded);
         std::vector<float> samples;
         qsizetype frames = 0;
