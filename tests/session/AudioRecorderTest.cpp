@@ -4,9 +4,9 @@
 #include "EventLoop.h"
 #include "SessionFixture.h"
 
-#include <csignal>
+#include <QFile>
 
-#include <sys/resource.h>
+#include <csignal>
 
 using namespace Qt::StringLiterals;
 using AudioRecorderTest = SessionFixture;
@@ -109,16 +109,11 @@ TEST_F(AudioRecorderTest, AFullDiskKeepsTheSoundWaitingAndWritesItWhenSpaceRetur
     ASSERT_TRUE(runEventsUntil([&] { return QFile(path).size() > 8'000; }));
 
     // The disk takes nothing more (as a full one would) while three more seconds are heard.
-    rlimit usual{};
-    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &usual), 0);
-    const auto usualHandler = std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit full{rlim_t(QFile(path).size()), usual.rlim_max};
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &full), 0);
-    input_->play(tone(16'000, 3.0), 1'600);
-    const bool waited = runEventsUntil([&] { return recorder.problem().has_value(); });
-    ::setrlimit(RLIMIT_FSIZE, &usual);
-    std::signal(SIGXFSZ, usualHandler);
-    ASSERT_TRUE(waited);
+    {
+        const FullDisk full(QFile(path).size());
+        input_->play(tone(16'000, 3.0), 1'600);
+        ASSERT_TRUE(runEventsUntil([&] { return recorder.problem().has_value(); }));
+    }
     EXPECT_EQ(recorder.problem(), u"磁盘空间不足：录音先存在内存里，腾出空间后会自动写入"_s);
 
     input_->play(tone(16'000, 1.0), 1'600);

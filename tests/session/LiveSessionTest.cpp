@@ -85,7 +85,7 @@ TEST_F(LiveSessionTest, RenamesSaveAtOnceTermsReachTheWordBookAndFinishFixesTheD
     EXPECT_EQ(saved(), std::pair(u"Thermo"_s, std::optional(u"Physics"_s)));
     session->addTerms({{u"엔트로피"_s, u"熵"_s, {}}});
     session->addTerms({{u"열역학"_s, u"热力学"_s, u"thermo"_s}});
-    EXPECT_TRUE(QString::fromUtf8(read(SessionStore::wordBook()))
+    EXPECT_TRUE(QString::fromUtf8(readFile(SessionStore::wordBook()))
                     .endsWith(u"\n## Physics · Thermo\n\n- **엔트로피**\u3000熵\n"
                               u"\n## Physics · Thermo\n\n- **열역학**\u3000热力学\u3000— thermo\n"));
     runSaves();
@@ -119,7 +119,7 @@ TEST_F(LiveSessionTest, RecordsIntoItsFolderOrRunsOnWithoutOne)
     EXPECT_NEAR(double(QFileInfo(session->audioURL()).size()), 32'000 / 8 * 4.0, 32'000 / 8 * 4.0 * 0.2);
 
     const QString blocked = documents_.filePath(u"not a folder"_s);
-    put(blocked, "a file where the documents folder should be");
+    writeFile(blocked, "a file where the documents folder should be");
     SessionStore::useDocumentsFolder(blocked);
     const auto homeless = makeSession();
     EXPECT_FALSE(QFileInfo(homeless->folder()).isDir());
@@ -129,5 +129,5 @@ TEST_F(LiveSessionTest, RecordsIntoItsFolderOrRunsOnWithoutOne)
     homeless->finish(u"Lost"_s, std::nullopt);
     EXPECT_EQ(homeless->data().title, u"Lost"_s);
     EXPECT_EQ(homeless->data().lines.size(), 1);
-    EXPECT_EQ(read(blocked), "a file where the documents folder should be");
+    EXPECT_EQ(readFile(blocked), "a file where the documents folder should be");
 }

@@ -169,11 +169,11 @@ TEST_F(RefinerSpeechTest, GivesNoValueOrNothingForWhatCannotBeRecognised)
               std::nullopt)
         << "a run stopped is dropped";
     EXPECT_EQ(transcribe({u"en-US"_s}, documents_.filePath(u"missing.m4a"_s)), std::nullopt);
-    put(documents_.filePath(u"notes.m4a"_s), "not sound");
+    writeFile(documents_.filePath(u"notes.m4a"_s), "not sound");
     EXPECT_EQ(transcribe({u"en-US"_s}, documents_.filePath(u"notes.m4a"_s)), std::nullopt);
 
-    const QByteArray whole = read(recording_);
-    put(documents_.filePath(u"cut.m4a"_s), whole.left(whole.size() / 2));
+    const QByteArray whole = readFile(recording_);
+    writeFile(documents_.filePath(u"cut.m4a"_s), whole.left(whole.size() / 2));
     const auto cut = transcribe({u"en-US"_s}, documents_.filePath(u"cut.m4a"_s));
     ASSERT_TRUE(cut) << "a recording cut off by a crash gives what it holds";
     EXPECT_GE(cut->size(), 1);

@@ -1,18 +1,18 @@
 #pragma once
 
 // What the session tests share: a documents folder and a clock of their own behind every store
-// operation (put back after), a microphone hub over an input the test plays into, files read and
-// put whole, and sound made and checked. Dates read in one zone and language whatever the machine
+// operation (put back after), a microphone hub over an input the test plays into, and sound made
+// and checked. Dates read in one zone and language whatever the machine
 // says: Seoul (UTC+9, no daylight saving) shows that folder names are local time.
 
 #include "platform/MicHub.h"
 #include "session/SessionStore.h"
 
 #include "FakeAudioInput.h"
+#include "Files.h"
 #include "ManualClock.h"
 #include "QtPrinters.h"
 
-#include <QFile>
 #include <QLocale>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -47,17 +47,6 @@ protected:
         SessionStore::useClock(nullptr);
     }
 
-    static QByteArray read(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-    static void put(const QString &path, const QByteArray &bytes)
-    {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-    }
     // A 440 Hz sine as interleaved float samples.
     static std::vector<float> tone(int sampleRate, double seconds, int channels = 1)
     {

@@ -3,12 +3,11 @@
 #include "SessionFixture.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 #include <QTimeZone>
 
-#include <csignal>
-#include <sys/resource.h>
 
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
@@ -47,7 +46,7 @@ using SessionStoreTest = SessionFixture;
 TEST_F(SessionStoreTest, WritesTheFilesARecordCallsForAndNeverABrokenOne)
 {
     const QString folder = documents_.path() + u"/Quillet/课程记录/2026-03-02 18-00";
-    const auto file = [&](QStringView name) { return read(folder + u'/' + name); };
+    const auto file = [&](QStringView name) { return readFile(folder + u'/' + name); };
     SessionData data = SessionData::make(u"Korean"_s, u"English"_s, march(2));
     data.vocabulary = QList<SessionData::Term>();
     SessionStore::write(data, folder);
@@ -80,17 +79,13 @@ TEST_F(SessionStoreTest, WritesTheFilesARecordCallsForAndNeverABrokenOne)
     const QString big = SessionStore::root() + u"/big";
     QDir().mkpath(big);
     SessionStore::write(longer, big);
-    rlimit usual{};
-    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &usual), 0);
-    const rlimit small{4'096, usual.rlim_max};
-    const auto usualHandler = std::signal(SIGXFSZ, SIG_IGN);
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
-    SessionStore::write(longer, folder);
-    SessionStore::saveMyNotes(QString(10'000, u'n'), folder);
-    EXPECT_FALSE(SessionStore::moveToDeleted(big)) << "a class whose deletion date can't be written stays";
-    ::setrlimit(RLIMIT_FSIZE, &usual);
+    {
+        const FullDisk full(4'096);
+        SessionStore::write(longer, folder);
+        SessionStore::saveMyNotes(QString(10'000, u'n'), folder);
+        EXPECT_FALSE(SessionStore::moveToDeleted(big)) << "a class whose deletion date can't be written stays";
+    }
     EXPECT_EQ(SessionStore::load(big), longer);
-    std::signal(SIGXFSZ, usualHandler);
     EXPECT_EQ(SessionStore::load(folder), bare);
     EXPECT_EQ(file(u"文字稿.md"), SessionText::transcriptMarkdown(bare).toUtf8());
     EXPECT_EQ(SessionStore::myNotes(folder), u"  my own words\n第二行"_s);
@@ -105,11 +100,11 @@ TEST_F(SessionStoreTest, ListsClassesNewestFirstSkipsWhatIsNoClassAndRenames)
     makeClass(u"wednesday"_s, 4, u"Chemistry"_s);
     makeClass(u"thursday"_s, 5, u"Physics"_s);
     const QString root = SessionStore::root();
-    put(root + u"/stray.txt", "not a class");
+    writeFile(root + u"/stray.txt", "not a class");
     // The last a folder where the record should be.
     for (const QStringView name : {u"no record", u"half written", u"unreadable/session.json"})
         QDir().mkpath(root + u'/' + name);
-    put(root + u"/half written/session.json", read(monday + u"/session.json").left(100));
+    writeFile(root + u"/half written/session.json", readFile(monday + u"/session.json").left(100));
     EXPECT_EQ(names(SessionStore::list()),
               QStringList({u"thursday"_s, u"wednesday"_s, u".hidden tuesday"_s, u"monday"_s}));
     EXPECT_FALSE(SessionStore::load(root + u"/unreadable"));
@@ -122,7 +117,7 @@ TEST_F(SessionStoreTest, ListsClassesNewestFirstSkipsWhatIsNoClassAndRenames)
     EXPECT_EQ(named(), std::pair(QString(), std::optional<QString>()));
     SessionStore::update(monday, u"Optics"_s, u"Physics II"_s);
     EXPECT_EQ(named(), std::pair(u"Optics"_s, std::optional(u"Physics II"_s)));
-    EXPECT_TRUE(read(monday + u"/文字稿.md").startsWith("# Optics\n\n分类：Physics II · "));
+    EXPECT_TRUE(readFile(monday + u"/文字稿.md").startsWith("# Optics\n\n分类：Physics II · "));
     SessionStore::update(root + u"/no record", u"x"_s, QString());
     EXPECT_TRUE(QDir(root + u"/no record").isEmpty());
 }
@@ -133,7 +128,7 @@ TEST_F(SessionStoreTest, UniqueNamesDeleteRestoreAndPurgeByTheClock)
     const QString base = SessionStore::root() + u'/' + name;
     EXPECT_EQ(SessionStore::unique(base), base);
     QDir().mkpath(base + u" (2)");
-    put(base + u" (3)", "a file clashes as well");
+    writeFile(base + u" (3)", "a file clashes as well");
     EXPECT_EQ(SessionStore::unique(base + u" (2)"), base + u" (2) (2)");
 
     const QString deleted = SessionStore::moveToDeleted(makeClass(name, 2)).value();
@@ -164,7 +159,7 @@ TEST_F(SessionStoreTest, UniqueNamesDeleteRestoreAndPurgeByTheClock)
     QDir().mkpath(undated);
     QDir().mkpath(broken);
     SessionStore::write(SessionData::make(u"English"_s, u"English"_s, march(1)), undated);
-    put(broken + u"/session.json", "{");
+    writeFile(broken + u"/session.json", "{");
     EXPECT_EQ(names(SessionStore::listDeleted()), QStringList({u"late"_s, name + u" (2)", u"undated"_s}));
     SessionStore::purgeExpired();
     EXPECT_EQ(names(SessionStore::listDeleted()), QStringList({u"late"_s, name + u" (2)"}));
@@ -232,7 +227,7 @@ TEST_F(SessionStoreTest, TheLimitSendsTheOldestRecordingsToTheTrash)
 TEST_F(SessionStoreTest, WordBookAddsOnlyTermsItLacks)
 {
     using Term = SessionData::Term;
-    const auto book = [&] { return QString::fromUtf8(read(SessionStore::wordBook())); };
+    const auto book = [&] { return QString::fromUtf8(readFile(SessionStore::wordBook())); };
     SessionStore::addToWordBook({}, u"Week 1"_s, std::nullopt);
     EXPECT_FALSE(QFileInfo::exists(documents_.path() + u"/Quillet/单词本.md"));
 
@@ -252,11 +247,11 @@ TEST_F(SessionStoreTest, WordBookAddsOnlyTermsItLacks)
     EXPECT_EQ(book(), week1 + u"\n## Physics · Week 2\n\n- **Torque**\u3000力矩\n- **momentum**\u3000动量\n");
 
     // A book that isn't UTF-8 any more is kept aside, never written over.
-    put(SessionStore::wordBook(), "\xff\xfe broken");
+    writeFile(SessionStore::wordBook(), "\xff\xfe broken");
     SessionStore::addToWordBook({Term{u"torque"_s, u"力矩"_s, {}}}, u"Week 3"_s, std::nullopt);
     const QStringList aside = QDir(documents_.path() + u"/Quillet"_s).entryList({u"单词本.md.unreadable-*"_s});
     ASSERT_EQ(aside.size(), 1);
-    EXPECT_EQ(read(documents_.path() + u"/Quillet/"_s + aside[0]), "\xff\xfe broken");
+    EXPECT_EQ(readFile(documents_.path() + u"/Quillet/"_s + aside[0]), "\xff\xfe broken");
     EXPECT_TRUE(book().startsWith(u"# Quillet 单词本\n"_s));
     EXPECT_TRUE(book().contains(u"**torque**"_s));
 }
