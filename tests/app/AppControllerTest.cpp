@@ -4,11 +4,10 @@
 #include "FakeAudioInput.h"
 #include "FakeProvider.h"
 #include "FakeWindows.h"
-#include "ManualClock.h"
+#include "LocalServices.h"
 #include "QtPrinters.h"
 #include "ScriptedSource.h"
 #include "SpeechAudio.h"
-#include "TestServer.h"
 #include "ai/AIError.h"
 #include "platform/FileSecretStore.h"
 #include "platform/Http.h"
@@ -29,8 +28,6 @@
 #include <QThreadPool>
 
 #include <gtest/gtest.h>
-
-#include <map>
 
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
@@ -72,15 +69,9 @@ protected:
         Keychain::useStore(std::make_unique<FileSecretStore>(documents.filePath(u"secrets.json"_s)));
         Keychain::set(u"claude"_s, u"sk-test"_s);
         QSettings().remove(u"relay.url"_s);
-        QSettings().setValue(u"translate.url"_s, translation.url());
         QFile::remove(Config::path());
         QFile::remove(Inbox::path());
-        translation.setHandler([](const TestServer::Request &request) {
-            if (request.path == "/languages")
-                return TestServer::Response::json(R"([{"code": "en", "targets": ["zh-Hans"]}])");
-            const QString text = QJsonDocument::fromJson(request.body).object().value(u"q"_s).toString();
-            return TestServer::Response::json(QJsonDocument(QJsonObject{{u"translatedText"_s, QString(u"译:"_s + text)}}).toJson());
-        });
+        serveTranslations(translation);
         fast->setHandler(fastAnswer);
         model->setHandler(mainAnswer);
         app = std::make_unique<AppController>(windows.views(), services());
@@ -99,9 +90,7 @@ protected:
     {
         return {hub,
                 clock,
-                [this](std::chrono::milliseconds delay, std::function<void()> task) {
-                    timers.emplace(clock->elapsed() + delay, std::move(task));
-                },
+                timers.scheduler(),
                 [this](const Config &) {
                     ++sources;
                     auto scripted = std::make_unique<ScriptedSource>();
@@ -138,30 +127,14 @@ protected:
         ASSERT_TRUE(clock->waitForSleepers(1));
     }
 
-    int callsContaining(const FakeProvider &provider, const QString &text) const
-    {
-        int count = 0;
-        for (const FakeProvider::Call &call : provider.calls())
-            count += call.prompt().contains(text) ? 1 : 0;
-        return count;
-    }
-
-    void advance(std::chrono::milliseconds by)
-    {
-        clock->advance(by);
-        while (!timers.empty() && timers.begin()->first <= clock->elapsed()) {
-            auto task = std::move(timers.begin()->second);
-            timers.erase(timers.begin());
-            task();
-        }
-    }
+    void advance(std::chrono::milliseconds by) { timers.advance(by); }
 
     QTemporaryDir documents;
     TestServer translation;
     FakeAudioInput *input = new FakeAudioInput;
     MicHub hub{std::unique_ptr<AudioInput>(input)};
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
-    std::multimap<Text::Clock::Duration, std::function<void()>> timers;
+    DueTasks timers{*clock, {}};
     std::shared_ptr<FakeProvider> model = std::make_shared<FakeProvider>();
     std::shared_ptr<FakeProvider> fast = std::make_shared<FakeProvider>();
     ScriptedSource *source = nullptr;   // owned by the running engine
@@ -296,7 +269,7 @@ TEST_F(AppControllerTest, OneFinalSummaryPerClassAndNotesThatFailOrComeTooLateAr
     pass({u"That's all for today, see you next week."_s});
     ASSERT_TRUE(runEventsUntil([&] { return !windows.desktop.notes.isEmpty(); }));
     EXPECT_EQ(windows.desktop.notes, QStringList{u"这节课结束了: 记得点「停止」保存录音。"_s});
-    const int asked = callsContaining(*model, u"Write the final class notes"_s);
+    const qsizetype asked = model->callsContaining(u"Write the final class notes"_s).size();
     EXPECT_EQ(asked, 1);
 
     // Stop after the class end asks no second time; discarding deletes the folder at once.
@@ -304,7 +277,7 @@ TEST_F(AppControllerTest, OneFinalSummaryPerClassAndNotesThatFailOrComeTooLateAr
     windows.desktop.discards.push_back(true);
     const QString folder = app->state().session->folder();
     windows.panel.onRecord();
-    EXPECT_EQ(callsContaining(*model, u"Write the final class notes"_s), asked);
+    EXPECT_EQ(model->callsContaining(u"Write the final class notes"_s).size(), asked);
     EXPECT_FALSE(QFileInfo::exists(folder));
     EXPECT_TRUE(windows.log.entries.contains(u"panel.note 这节课没有保存。"_s));
     EXPECT_TRUE(Inbox::all().isEmpty()) << "a failure text is no notes: no report";
@@ -350,7 +323,7 @@ TEST_F(AppControllerTest, ASavedClassIsRefinedFromItsRecordingAndKeepsTheLiveCop
     EXPECT_EQ(data.refined, true);
     EXPECT_GE(data.lines.size(), 2);
     EXPECT_TRUE(std::any_of(data.lines.cbegin(), data.lines.cend(), [](const SessionData::Line &line) {
-        return line.text.contains(u"light"_s, Qt::CaseInsensitive) && line.translation.startsWith(u"译:"_s);
+        return line.text.contains(u"light"_s, Qt::CaseInsensitive) && line.translation.startsWith(u"zh-Hans:"_s);
     }));
     EXPECT_TRUE(QFileInfo::exists(folder + u"/文字稿（实时版）.md"_s));
     EXPECT_TRUE(windows.library.refining.isEmpty());

@@ -2,84 +2,41 @@
 
 #include "EventLoop.h"
 #include "FakeProvider.h"
-#include "ManualClock.h"
+#include "FakeWindows.h"
+#include "LocalServices.h"
 #include "QtPrinters.h"
-#include "TestServer.h"
 #include "engine/Corrector.h"
 #include "translation/Translator.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QSettings>
-
 #include <gtest/gtest.h>
-
-#include <map>
 
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 
 namespace {
 
-// What a transcript surface was told, one entry per call.
-class RecordedSurface final : public TranscriptSurface
-{
-public:
-    void clear(const QString &hint) override { calls << u"clear "_s + hint; }
-    void addLine(int id, const QString &text) override { calls << u"add %1 %2"_s.arg(id).arg(text); }
-    void setText(int id, const QString &text) override { calls << u"text %1 %2"_s.arg(id).arg(text); }
-    void setTranslation(int id, const QString &text) override { calls << u"tr %1 %2"_s.arg(id).arg(text); }
-    void setDrafts(const Drafts &drafts) override
-    {
-        QStringList shown;
-        for (const auto &[text, translation] : drafts)
-            shown << text + u'|' + translation;
-        calls << u"drafts "_s + shown.join(u", ");
-    }
-
-    QStringList calls;
-};
-
-// Rows over a translation server that answers "zh-Hans:<text>", on a clock the test moves.
+// Rows over the local translation server, on a clock the test moves; each view logs what it was told.
 class RowPipelineTest : public ::testing::Test
 {
 protected:
     void SetUp() override
     {
-        QSettings().setValue(u"translate.url"_s, server.url());
-        server.setHandler([](const TestServer::Request &request) {
-            if (request.path == "/languages")
-                return TestServer::Response::json(R"([{"code": "en", "targets": ["zh-Hans"]}])");
-            const QJsonObject body = QJsonDocument::fromJson(request.body).object();
-            const QString text = body.value(u"target").toString() + u':' + body.value(u"q").toString();
-            return TestServer::Response::json(QJsonDocument(QJsonObject{{u"translatedText"_s, text}}).toJson());
-        });
+        serveTranslations(server);
         translator.setLanguages({u"en-US"_s}, u"zh-Hans"_s);
     }
-
-    // Moves the clock and runs the timers that came due.
-    void advance(std::chrono::milliseconds by)
-    {
-        clock.advance(by);
-        while (!timers.empty() && timers.begin()->first <= clock.elapsed()) {
-            auto task = std::move(timers.begin()->second);
-            timers.erase(timers.begin());
-            task();
-        }
-    }
-
+    void advance(std::chrono::milliseconds by) { timers.advance(by); }
     // Lets the translations that were asked for arrive.
     void translate() { runEventsFor(150ms); }
 
     TestServer server;
     Translator translator;
     ManualClock clock;
-    std::multimap<Text::Clock::Duration, std::function<void()>> timers;
-    RecordedSurface panel;
-    RecordedSurface bar;
-    RowPipeline rows{panel, bar, translator, clock, [this](std::chrono::milliseconds delay, std::function<void()> task) {
-                         timers.emplace(clock.elapsed() + delay, std::move(task));
-                     }};
+    DueTasks timers{clock, {}};
+    WindowLog seen;
+    WindowLog barSeen;
+    FakeTranscript panel{seen, u"rows"_s};
+    FakeTranscript bar{barSeen, u"rows"_s};
+    RowPipeline rows{panel, bar, translator, clock, timers.scheduler()};
 };
 
 TEST_F(RowPipelineTest, LinesJoinWithinTheBoundsOfTheRowsFirstLine)
@@ -101,14 +58,14 @@ TEST_F(RowPipelineTest, LinesJoinWithinTheBoundsOfTheRowsFirstLine)
     };
     for (const Case &c : cases) {
         rows.closeRow();
-        panel.calls.clear();
+        seen.entries.clear();
         for (qsizetype i = 0; i < c.lines.size(); ++i) {
             if (i > 0)
                 advance(i == c.lines.size() - 1 ? c.last : 2600ms);
             rows.showLine(c.lines[i]);
         }
-        EXPECT_EQ(panel.calls.last().startsWith(u"text "_s), c.lastJoins) << c.lines.join(u'/').toStdString();
-        EXPECT_EQ(bar.calls.mid(bar.calls.size() - panel.calls.size()), panel.calls) << "both views alike";
+        EXPECT_EQ(seen.entries.last().startsWith(u"rows.text "_s), c.lastJoins) << c.lines.join(u'/').toStdString();
+        EXPECT_EQ(barSeen.entries.mid(barSeen.entries.size() - seen.entries.size()), seen.entries) << "both views alike";
     }
     EXPECT_TRUE(RowPipeline::finished(u"We'll see. "_s));
     EXPECT_TRUE(RowPipeline::finished(u"そうです"_s));
@@ -131,11 +88,11 @@ TEST_F(RowPipelineTest, ARowClosesAfterThreeQuietSecondsGoesToTheCorrectorOnceAn
     EXPECT_TRUE(model->calls().isEmpty());
     translate();
     advance(100ms);
-    ASSERT_TRUE(runEventsUntil([&] { return panel.calls.last() == u"tr 1 气体的熵增加"_s; }));
+    ASSERT_TRUE(runEventsUntil([&] { return seen.entries.last() == u"rows.tr 1 气体的熵增加"_s; }));
     EXPECT_EQ(model->calls().size(), 1);
-    EXPECT_EQ(panel.calls, QStringList({u"add 1 the entropy"_s, u"text 1 the entropy of a gas rises"_s,
-                                        u"tr 1 zh-Hans:the entropy of a gas rises"_s,
-                                        u"text 1 the entropy of a gas rises"_s, u"tr 1 气体的熵增加"_s}))
+    EXPECT_EQ(seen.entries, QStringList({u"rows.add 1 the entropy"_s, u"rows.text 1 the entropy of a gas rises"_s,
+                                         u"rows.tr 1 zh-Hans:the entropy of a gas rises"_s,
+                                         u"rows.text 1 the entropy of a gas rises"_s, u"rows.tr 1 气体的熵增加"_s}))
         << "the first line's quick translation came after the row grew: dropped";
 
     // A quick translation arriving after the fix is dropped too, however well it fits.
@@ -148,30 +105,30 @@ TEST_F(RowPipelineTest, ARowClosesAfterThreeQuietSecondsGoesToTheCorrectorOnceAn
         return late;
     });
     rows.showLine(u"Heat flows."_s);   // a finished sentence closes at once
-    ASSERT_TRUE(runEventsUntil([&] { return panel.calls.last() == u"tr 2 热会流动。"_s; }));
+    ASSERT_TRUE(runEventsUntil([&] { return seen.entries.last() == u"rows.tr 2 热会流动。"_s; }));
     runEventsFor(600ms);
-    EXPECT_EQ(panel.calls.last(), u"tr 2 热会流动。"_s);
+    EXPECT_EQ(seen.entries.last(), u"rows.tr 2 热会流动。"_s);
 }
 
 TEST_F(RowPipelineTest, DraftSentencesAreTranslatedOnceAndAnUnfinishedOneAtMostEvery900ms)
 {
     rows.showDraft(u"This is done. And this is"_s);
     translate();
-    EXPECT_EQ(panel.calls.last(), u"drafts This is done.|zh-Hans:This is done., And this is|zh-Hans:And this is"_s);
+    EXPECT_EQ(seen.entries.last(), u"rows.drafts This is done.|zh-Hans:This is done., And this is|zh-Hans:And this is"_s);
     rows.showDraft(u"This is done. And this is still"_s);
     advance(500ms);
     rows.showDraft(u"This is done. And this is still going"_s);
     translate();
-    EXPECT_EQ(panel.calls.last(), u"drafts This is done.|zh-Hans:This is done., And this is still going|"_s)
+    EXPECT_EQ(seen.entries.last(), u"rows.drafts This is done.|zh-Hans:This is done., And this is still going|"_s)
         << "asked 0.5 s after the last unfinished one: not yet";
     advance(500ms);
     rows.showDraft(u"This is done. And this is still going on"_s);
     translate();
-    EXPECT_EQ(panel.calls.last(),
-              u"drafts This is done.|zh-Hans:This is done., And this is still going on|zh-Hans:And this is still going on"_s);
+    EXPECT_EQ(seen.entries.last(),
+              u"rows.drafts This is done.|zh-Hans:This is done., And this is still going on|zh-Hans:And this is still going on"_s);
     rows.showLine(u"This is done."_s);
     rows.showDraft(u"This is done."_s);
-    EXPECT_EQ(panel.calls.last(), u"drafts This is done.|"_s) << "a line ends the draft's cache";
+    EXPECT_EQ(seen.entries.last(), u"rows.drafts This is done.|"_s) << "a line ends the draft's cache";
 }
 
 } // namespace
