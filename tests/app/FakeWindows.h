@@ -5,6 +5,7 @@
 
 #include "app/AppWindows.h"
 
+#include <QRegularExpression>
 #include <QStringList>
 
 #include <deque>
@@ -16,20 +17,38 @@ struct WindowLog
 
     void add(const QString &entry) { entries << entry; }
     // The entries that start with prefix, the prefix kept.
-    QStringList starting(const QString &prefix) const;
+    QStringList starting(const QString &prefix) const
+    {
+        return entries.filter(QRegularExpression(u'^' + QRegularExpression::escape(prefix)));
+    }
 };
 
 class FakeTranscript final : public TranscriptSurface
 {
 public:
-    FakeTranscript(WindowLog &log, QString name);
-    void clear(const QString &hint) override;
-    void addLine(int id, const QString &text) override;
-    void setText(int id, const QString &text) override;
-    void setTranslation(int id, const QString &text) override;
-    void setDrafts(const Drafts &drafts) override;
+    FakeTranscript(WindowLog &log, QString name)
+        : log_(log)
+        , name_(std::move(name))
+    {
+    }
+    void clear(const QString &hint) override { log_.add(name_ + u".clear " + hint); }
+    void addLine(int id, const QString &text) override { say(u"add", id, text); }
+    void setText(int id, const QString &text) override { say(u"text", id, text); }
+    void setTranslation(int id, const QString &text) override { say(u"tr", id, text); }
+    void setDrafts(const Drafts &drafts) override
+    {
+        QStringList shown;
+        for (const auto &[text, translation] : drafts)
+            shown << text + u'|' + translation;
+        log_.add(name_ + u".drafts " + shown.join(u", "));
+    }
 
 private:
+    void say(QStringView what, int id, const QString &text)
+    {
+        log_.add(QStringLiteral("%1.%2 %3 ").arg(name_, what).arg(id) + text);
+    }
+
     WindowLog &log_;
     QString name_;
 };
@@ -73,12 +92,22 @@ private:
 class FakePanel final : public FakeFeed<PanelView>
 {
 public:
-    explicit FakePanel(WindowLog &log);
+    explicit FakePanel(WindowLog &log)
+        : FakeFeed<PanelView>(log, QStringLiteral("panel"))
+        , transcript_(log, QStringLiteral("rows"))
+    {
+    }
     TranscriptSurface &transcript() override { return transcript_; }
     void setTitle(const QString &title) override { say(u"title " + title); }
     void setStatus(const QString &text) override { say(u"status " + text); }
-    void setRecording(bool recording, const QString &time) override;
-    void setLanguages(const QString &lecture, const QString &answer, const QStringList &extras) override;
+    void setRecording(bool recording, const QString &time) override
+    {
+        say(recording ? u"recording " + time : QStringLiteral("stopped"));
+    }
+    void setLanguages(const QString &lecture, const QString &answer, const QStringList &extras) override
+    {
+        say(u"languages " + lecture + u" → " + answer + (extras.isEmpty() ? QString() : u" + " + extras.join(u',')));
+    }
     void setSwitches(const Switches &) override {}
     void setUnread(bool unread) override { say(unread ? QStringLiteral("unread") : QStringLiteral("all read")); }
     void setAccount(const std::optional<QString> &email) override { say(u"account " + email.value_or(QStringLiteral("-"))); }
@@ -103,7 +132,10 @@ private:
 class FakeSubtitles final : public SubtitleView
 {
 public:
-    explicit FakeSubtitles(WindowLog &log);
+    explicit FakeSubtitles(WindowLog &log)
+        : transcript_(log, QStringLiteral("bar"))
+    {
+    }
     TranscriptSurface &transcript() override { return transcript_; }
     void toggle() override { visible_ = !visible_; }
     void show() override { visible_ = true; }
@@ -184,8 +216,17 @@ public:
 class FakeDesktop final : public Desktop
 {
 public:
-    void askToSave(const SaveQuestion &question, std::function<void(const SaveAnswer &)> answer) override;
-    void confirmDiscard(std::function<void(bool)> answer) override;
+    void askToSave(const SaveQuestion &question, std::function<void(const SaveAnswer &)> answer) override
+    {
+        questions << question;
+        if (!saves.empty())
+            answer(take(saves));
+    }
+    void confirmDiscard(std::function<void(bool)> answer) override
+    {
+        if (!discards.empty())
+            answer(take(discards));
+    }
     void showAbout(const QString &message, const QString &) override { about = message; }
     void notify(const QString &title, const QString &body) override { notes << title + u": " + body; }
     void open(const QString &path) override { opened << path; }
@@ -200,6 +241,15 @@ public:
     QStringList opened;
     QString about;
     int quits = 0;
+
+private:
+    template<typename T>
+    static T take(std::deque<T> &answers)
+    {
+        T answer = answers.front();
+        answers.pop_front();
+        return answer;
+    }
 };
 
 // All of them, ready to hand to the coordinator.
