@@ -1,13 +1,7 @@
-#include "ai/ClaudeProvider.h"
-#include "ai/GeminiProvider.h"
-#include "ai/OpenAIProvider.h"
-
 #include "VendorTest.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QRandomGenerator>
-#include <QSettings>
 
 using namespace Qt::StringLiterals;
 

@@ -1,7 +1,3 @@
-#include "ai/ClaudeProvider.h"
-#include "ai/GeminiProvider.h"
-#include "ai/OpenAIProvider.h"
-
 #include "VendorTest.h"
 
 using namespace Qt::StringLiterals;

@@ -1,10 +1,7 @@
 #include "ai/AIError.h"
 #include "ai/ProviderFactory.h"
-#include "platform/Keychain.h"
 
 #include "VendorTest.h"
-
-#include <QSettings>
 
 using namespace Qt::StringLiterals;
 
