@@ -1,3 +1,4 @@
+#include "Files.h"
 #include "QtPrinters.h"
 #include "report/CalendarExport.h"
 
@@ -71,10 +72,8 @@ TEST(CalendarExport, AddWritesAnIcsFileInTheTemporaryFolderAndOpensIt)
     const QString path = opened.first().toLocalFile();
     EXPECT_TRUE(QFileInfo(path).fileName().contains(QRegularExpression(u"^Quillet-[0-9a-f]{8}\\.ics$"_s))) << path;
     EXPECT_EQ(QFileInfo(path).path(), QDir::tempPath());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QString text = QString::fromUtf8(file.readAll());
+    const QString text = QString::fromUtf8(readFile(path));
     EXPECT_TRUE(text.contains(u"\r\nSUMMARY:期中考试\r\nDESCRIPTION:物理\r\n"_s)) << text;
     EXPECT_TRUE(text.contains(QRegularExpression(u"UID:[0-9A-F-]{36}@"_s))) << text;
-    file.remove();
+    QFile::remove(path);
 }

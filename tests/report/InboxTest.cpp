@@ -1,9 +1,9 @@
+#include "Files.h"
 #include "QtPrinters.h"
 #include "report/CalendarHandler.h"
 #include "report/Inbox.h"
 
 #include <QDir>
-#include <QFile>
 
 #include <gtest/gtest.h>
 
@@ -36,13 +36,6 @@ protected:
         for (const InboxMessage &stored : Inbox::all())
             list << stored.title;
         return list;
-    }
-
-    static void writeFile(const QByteArray &bytes)
-    {
-        QFile file(Inbox::path());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
     }
 
     int changes = 0;
@@ -86,7 +79,7 @@ TEST_F(InboxTest, AnUndecodableFileReadsEmptyAndIsKeptAsideWhenTheNextMessageCom
         R"("report":{"notes":"n","events":[]},"read":false}])";
     for (const QByteArray &bytes : {missingEmailed, QByteArray("\x89garbage\xff"), QByteArray("{}")}) {
         SetUp();
-        writeFile(bytes);
+        writeFile(Inbox::path(), bytes);
         EXPECT_TRUE(Inbox::all().isEmpty());
         EXPECT_EQ(Inbox::unread(), 0);
         Inbox::update(message(u"x"_s));
@@ -95,9 +88,7 @@ TEST_F(InboxTest, AnUndecodableFileReadsEmptyAndIsKeptAsideWhenTheNextMessageCom
         const QDir folder = QFileInfo(Inbox::path()).dir();
         const QStringList aside = folder.entryList({u"messages.json.unreadable-*"_s}, QDir::Files);
         ASSERT_EQ(aside.size(), 1);
-        QFile kept(folder.filePath(aside.first()));
-        ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
-        EXPECT_EQ(kept.readAll(), bytes);
+        EXPECT_EQ(readFile(folder.filePath(aside.first())), bytes);
     }
 }
 
