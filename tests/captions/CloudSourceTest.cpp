@@ -259,10 +259,6 @@ TEST_F(CloudSourceTest, MakeSourceNeedsAMicrophoneThenSendsSpeechThroughTheRelay
     input->delivered = {48'000, 100'000};
     EXPECT_EQ(makeSource(config, hub)->start(), QStringLiteral(u"找不到可用的音频格式"));
     input->delivered = {48'000, 2};
-    input->busy = QStringLiteral(u"无法打开音频输入设备“USB”");
-    EXPECT_EQ(makeSource(config, hub)->start(), QStringLiteral(u"麦克风启动失败：无法打开音频输入设备“USB”"));
-    EXPECT_FALSE(hub.running());
-    input->busy.reset();
 
     // The first answer comes late, so the second segment is still queued when the source stops.
     server.enqueue(reply(QStringLiteral(u"{\"text\":\"오늘은 극한을 정의합니다. 그다음 미분입니다.\"}").toUtf8(), 200,
