@@ -18,7 +18,6 @@
 #include "report/Inbox.h"
 #include "session/SessionStore.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>

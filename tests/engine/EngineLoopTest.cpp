@@ -1,4 +1,5 @@
 #include "EngineFixture.h"
+#include "EventLoop.h"
 
 #include <chrono>
 #include <thread>
@@ -163,9 +164,7 @@ TEST_F(EngineTest, StopEndsTheLoopAtOnceAndStopsTheSourceOnce)
     make(micConfig(), nullptr, fake);
     source->setStartProblem(u"没有麦克风权限"_s);
     engine->start();
-    const auto reported = [&] { return seen().statuses.size() == statuses + 2; };
-    for (auto until = std::chrono::steady_clock::now() + 10s; !reported() && std::chrono::steady_clock::now() < until;)
-        std::this_thread::yield();
+    EXPECT_TRUE(runEventsUntil([&] { return seen().statuses.size() == statuses + 2; }));
     engine->stop();
     EXPECT_EQ(seen().statuses.mid(statuses), QStringList({recording, u"⚠️ 没有麦克风权限"_s}));
     EXPECT_EQ(source->reads(), 0);
