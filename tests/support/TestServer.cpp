@@ -198,7 +198,7 @@ void TestServer::serve(int socket)
             } else if (!stopping_) {
                 lock.unlock();
                 QByteArray head = "HTTP/1.1 " + QByteArray::number(response.status) + ' ' + reason(response.status)
-                    + "\r\nContent-Type: " + response.contentType
+                    + "\r\nContent-Type: application/json"
                     + "\r\nContent-Length: " + QByteArray::number(response.body.size())
                     + "\r\nConnection: close\r\n";
                 for (auto it = response.headers.cbegin(); it != response.headers.cend(); ++it)

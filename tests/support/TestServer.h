@@ -35,7 +35,6 @@ public:
     {
         int status = 200;
         QByteArray body;
-        QByteArray contentType = "application/json";
         QMap<QByteArray, QByteArray> headers;
         std::chrono::milliseconds delay{0};
         bool stall = false;  // never answer; the connection stays open
@@ -59,7 +58,6 @@ public:
     TestServer(TestServer &&) = delete;
     TestServer &operator=(TestServer &&) = delete;
 
-    int port() const { return port_; }
     QString url() const;
 
     // Answers the next request with this response (in the order queued).
