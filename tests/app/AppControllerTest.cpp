@@ -1,5 +1,6 @@
 #include "app/AppController.h"
 
+#include "Corrections.h"
 #include "EventLoop.h"
 #include "FakeAudioInput.h"
 #include "FakeProvider.h"
@@ -19,9 +20,6 @@
 #include "session/SessionStore.h"
 
 #include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QThreadPool>
@@ -40,12 +38,10 @@ std::optional<QString> fastAnswer(const FakeProvider::Call &call)
     if (prompt.contains(u"<sentences>"_s))
         return u"It measures disorder."_s;
     if (call.system.contains(u"speech-recognition errors"_s)) {
-        const qsizetype open = prompt.indexOf(u"New sentences, as a JSON array:\n"_s);
-        const QJsonArray lines = QJsonDocument::fromJson(prompt.mid(open).section(u'\n', 1, 1).toUtf8()).array();
-        QJsonArray fixes;
-        for (const QJsonValue &line : lines)
-            fixes.append(QJsonObject{{u"text"_s, line.toString()}, {u"translation"_s, QString(u"精:"_s + line.toString())}});
-        return QString::fromUtf8(QJsonDocument(fixes).toJson(QJsonDocument::Compact));
+        QList<std::pair<QString, QString>> fixes;
+        for (const QString &line : Corrections::sentences(prompt))
+            fixes.append({line, u"精:"_s + line});
+        return Corrections::reply(fixes);
     }
     return u"SKIP"_s;
 }

@@ -1,5 +1,6 @@
 #include "engine/Corrector.h"
 
+#include "Corrections.h"
 #include "EventLoop.h"
 #include "FakeProvider.h"
 #include "Files.h"
@@ -10,9 +11,6 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QHash>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QThread>
 #include <QThreadPool>
 
@@ -22,28 +20,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The sentences of one correction prompt: the JSON array on the line after its heading.
-QStringList linesOf(const QString &prompt)
-{
-    const QString heading = u"New sentences, as a JSON array:\n"_s;
-    const qsizetype start = prompt.indexOf(heading) + heading.size();
-    const QByteArray line = prompt.mid(start, prompt.indexOf(u'\n', start) - start).toUtf8();
-    return QVariant(QJsonDocument::fromJson(line).array().toVariantList()).toStringList();
-}
-
 QString contextOf(const QString &prompt)
 {
     const QString open = u"<context>\n"_s;
     const qsizetype start = prompt.indexOf(open) + open.size();
     return prompt.mid(start, prompt.indexOf(u"\n</context>"_s, start) - start);
-}
-
-QString fixesJson(const QList<std::pair<QString, QString>> &fixes)
-{
-    QJsonArray array;
-    for (const auto &[text, translation] : fixes)
-        array << QJsonObject{{u"text"_s, text}, {u"translation"_s, translation}};
-    return QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact));
 }
 
 class CorrectorTest : public ::testing::Test
@@ -59,9 +40,9 @@ protected:
         // Calls no queued reply answers: each sentence gets its scripted fix, or itself with "译".
         provider->setHandler([this](const FakeProvider::Call &call) -> std::optional<QString> {
             QList<std::pair<QString, QString>> entries;
-            for (const QString &line : linesOf(call.prompt()))
+            for (const QString &line : Corrections::sentences(call.prompt()))
                 entries << script.value(line, {line, u"译"_s});
-            return fixesJson(entries);
+            return Corrections::reply(entries);
         });
     }
 
@@ -143,7 +124,7 @@ TEST_F(CorrectorTest, AFixIsBelievedOnlyCloseToTheRowAndDeliveredWithItsTranslat
     EXPECT_EQ(fixes, delivered);
     QStringList sent;
     for (const FakeProvider::Call &call : provider->calls())
-        sent << linesOf(call.prompt());
+        sent << Corrections::sentences(call.prompt());
     EXPECT_EQ(sent, rows << u"sentinel row"_s);
     // What was believed, else the row as heard, is context; the prompt carries the last twelve.
     kept << u"sentinel row"_s;
@@ -170,7 +151,7 @@ TEST_F(CorrectorTest, RowsAddedDuringACallLeaveAsOneBatchWithTheFullPrompt)
     EXPECT_EQ(fixes, QStringList({u"1 첫 문장 | 译"_s, u"2 둘째 | 译"_s, u"3 셋째 | 译"_s, u"4 넷째 | 译"_s}));
     const QList<FakeProvider::Call> calls = provider->calls();
     ASSERT_EQ(calls.size(), 2);
-    EXPECT_EQ(linesOf(calls[0].prompt()), QStringList{u"첫 문장"_s});
+    EXPECT_EQ(Corrections::sentences(calls[0].prompt()), QStringList{u"첫 문장"_s});
     EXPECT_EQ(contextOf(calls[0].prompt()), QString());
     EXPECT_EQ(calls[1].system, uR"P(You correct speech-recognition errors in lecture transcripts and translate them precisely. You reply with JSON only.)P"_s);
     ASSERT_EQ(calls[1].turns.size(), 1);
@@ -225,7 +206,7 @@ Reply with only a JSON array of the same length, in order: [{"text": "...", "tra
 
 TEST_F(CorrectorTest, RepliesAreReadOutOfChatterAndFencesAndUnusableOnesAreLogged)
 {
-    const QString fixed = fixesJson({{u"고친 문장"_s, u"改好的句子"_s}});
+    const QString fixed = Corrections::reply({{u"고친 문장"_s, u"改好的句子"_s}});
     // (reply, row, what is delivered if anything)
     const QList<std::tuple<std::optional<QString>, QString, QString>> replies{
         {u"Here you go:\n```json\n"_s + fixed + u"\n```\nHope this helps."_s, u"고칠 문장"_s, u"고친 문장 | 改好的句子"_s},
@@ -233,7 +214,7 @@ TEST_F(CorrectorTest, RepliesAreReadOutOfChatterAndFencesAndUnusableOnesAreLogge
         {u"```\n[{\"text\": 42, \"translation\": \"  四十二\\n\"}]\n```"_s, u"42"_s, u"42 | 四十二"_s},
         // A bracket in the chatter after the array spoils the cut; so do a wrong count and shape.
         {fixed + u" [sic]"_s, u"고칠 문장"_s, {}},
-        {fixesJson({{u"a"_s, u"一"_s}, {u"b"_s, u"二"_s}}), u"a"_s, {}},
+        {Corrections::reply({{u"a"_s, u"一"_s}, {u"b"_s, u"二"_s}}), u"a"_s, {}},
         {u"[\"a\"]"_s, u"a"_s, {}},
         {u"] backwards ["_s, u"a"_s, {}},
         {std::nullopt, u"a"_s, {}},
