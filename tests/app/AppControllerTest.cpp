@@ -185,7 +185,7 @@ TEST_F(AppControllerTest, AWholeClassFromStartToTheSavedFolderAndTheReportInTheI
     EXPECT_TRUE(windows.log.entries.contains(u"panel.note 已保存「Thermo」。点右上角「课程记录」可以回放录音、看文字稿和笔记。"_s));
 }
 
-TEST_F(AppControllerTest, DockedBarKeepsItsHeightAboveTheLeast)
+TEST(WindowWiring, DockedBarKeepsItsHeightAboveTheLeast)
 {
     const QRect panel(100, 300, 420, 640);
     EXPECT_EQ(WindowWiring::dockedFrame(panel, QRect(0, 0, 800, 90)), QRect(100, 300 - 6 - 110, 420, 110));
