@@ -58,6 +58,8 @@ public:
     // Stops the ticks and forgets the heard lines; the guess and the suggestion stay.
     void stopFollowing();
     bool following() const { return timer_ != nullptr; }
+    // A question is on its way to the model.
+    bool asking() const { return busy_; }
 
     // Turning it on with a suggestion waiting goes there at once.
     void setAutoFlip(bool on);

@@ -70,6 +70,9 @@ SlidesBar::SlidesBar(QWidget *parent)
 void SlidesBar::setPageText(const QString &text)
 {
     pageLabel_->setText(text);
+    // Without a page there is nowhere to turn to.
+    previous_->setEnabled(!text.isEmpty());
+    next_->setEnabled(!text.isEmpty());
 }
 
 void SlidesBar::setAutoFlip(bool on)

@@ -26,6 +26,7 @@ public:
     std::function<void(bool on)> onAutoFlip = [](bool) {};
     std::function<void()> onHint = [] {};
 
+    // The page number and count; empty, with the page buttons off, without a document.
     void setPageText(const QString &text);
     // Sets the switch without reporting it.
     void setAutoFlip(bool on);

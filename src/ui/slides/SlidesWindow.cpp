@@ -31,7 +31,9 @@ const QString frameName = u"QuilletSlides"_s;
 const QString title = u"课件"_s;
 constexpr QSize contentSize(560, 420);
 constexpr QSize smallestSize(360, 280);
+constexpr QMargins pageInsets(12, 4, 12, 12);
 constexpr int emptyWidth = 320;
+constexpr QMargins emptyPadding(16, 12, 16, 12);
 constexpr int emptyPixels = 13;
 
 const QString welcomeText = u"把课件拖到这里\n支持 PDF；PPT / Keynote 会用 LibreOffice 自动转换"_s;
@@ -66,14 +68,22 @@ SlidesWindow::SlidesWindow(Text::Schedule schedule, QWidget *parent)
     pdfView_->setPageMode(QPdfView::PageMode::SinglePage);
     pdfView_->setZoomMode(QPdfView::ZoomMode::FitInView);
     pdfView_->setFrameShape(QFrame::NoFrame);
+    // One page fits in the view, so there is nothing to scroll; the space around the page comes
+    // from the layout, as Qt 6.4 leaves the vertical document margins out of its fit.
+    pdfView_->setDocumentMargins({});
+    pdfView_->setPageSpacing(0);
+    pdfView_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    pdfView_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     empty_->setObjectName(u"empty"_s);
     empty_->setWordWrap(true);
     empty_->setAlignment(Qt::AlignCenter);
-    empty_->setMaximumWidth(emptyWidth);
-    paintEmpty();
+    paintLooks();
+    fitEmpty();
+    refreshPageLabel();
 
     auto *content = new SlidesDrop(this);
     auto *pageArea = new QGridLayout;
+    pageArea->setContentsMargins(pageInsets);
     pageArea->addWidget(pdfView_, 0, 0);
     pageArea->addWidget(empty_, 0, 0, Qt::AlignCenter);
     auto *column = new QVBoxLayout(content);
@@ -219,7 +229,18 @@ void SlidesWindow::readPages(const QString &path)
 void SlidesWindow::showEmpty(const QString &text)
 {
     empty_->setText(text);
+    fitEmpty();
     empty_->show();
+}
+
+void SlidesWindow::fitEmpty()
+{
+    // The text as wide as its longest line needs, up to the limit (a wrapping label would pick
+    // less), and the card's padding around it.
+    int widest = 0;
+    for (const QString &line : empty_->text().split(u'\n'))
+        widest = std::max(widest, empty_->fontMetrics().horizontalAdvance(line) + 2);
+    empty_->setFixedWidth(std::min(emptyWidth, widest) + emptyPadding.left() + emptyPadding.right());
 }
 
 void SlidesWindow::goTo(int page)
@@ -265,7 +286,7 @@ void SlidesWindow::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
-        paintEmpty();
+        paintLooks();
 }
 
 void SlidesWindow::moveEvent(QMoveEvent *event)
@@ -280,16 +301,26 @@ void SlidesWindow::resizeEvent(QResizeEvent *event)
     saveFrame();
 }
 
-void SlidesWindow::paintEmpty()
+void SlidesWindow::paintLooks()
 {
+    // The page lies on the window's own soft colour rather than QPdfView's dark grey.
+    QPalette around = pdfView_->palette();
+    around.setColor(QPalette::Dark, Look::softBackground(palette()));
+    pdfView_->setPalette(around);
+
     // A soft card, so the words stay readable when they lie over a page.
     QFont font = empty_->font();
     font.setPixelSize(emptyPixels);
     empty_->setFont(font);
-    const QColor card = Look::softBackground(palette());
     const QColor text = Look::secondaryText(palette());
-    empty_->setStyleSheet(u"QLabel { background: %1; color: %2; border-radius: 10px; padding: 14px 18px; }"_s
-                              .arg(card.name(), text.name()));
+    empty_->setStyleSheet(u"QLabel { background: %1; color: rgba(%2, %3, %4, %5); border-radius: 10px; "
+                          u"padding: %6px %7px; }"_s.arg(Look::softBackground(palette()).name())
+                              .arg(text.red())
+                              .arg(text.green())
+                              .arg(text.blue())
+                              .arg(text.alpha())
+                              .arg(emptyPadding.top())
+                              .arg(emptyPadding.left()));
 }
 
 void SlidesWindow::saveFrame()

@@ -35,9 +35,6 @@ public:
     void toggle() override;
     void open(const QString &path) override;
 
-    // The file dialog, as the open button shows it.
-    void pick();
-
 protected:
     void changeEvent(QEvent *event) override;
     void moveEvent(QMoveEvent *event) override;
@@ -45,6 +42,7 @@ protected:
 
 private:
     void buildFollower();
+    void pick();
     void load(const QString &path);
     void readPages(const QString &path);
     void showEmpty(const QString &text);
@@ -54,7 +52,8 @@ private:
     void refreshPageLabel();
     void autoChanged(bool on);
     void goSuggested();
-    void paintEmpty();
+    void fitEmpty();
+    void paintLooks();
     void saveFrame();
 
     SlideFollower follower_;
