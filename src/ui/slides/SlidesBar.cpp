@@ -43,6 +43,9 @@ SlidesBar::SlidesBar(QWidget *parent)
     pageLabel_->setMinimumWidth(QFontMetrics(digits).horizontalAdvance(u"000 / 000"_s));
     autoSwitch_->setToolTip(u"测试中：AI 根据老师讲的内容自动翻到对应的页"_s);
     autoSwitch_->setAccessibleName(u"自动翻页"_s);
+    QFont small = hint_->font();
+    small.setPixelSize(labelPixels);
+    hint_->setFont(small);
     hint_->setCursor(Qt::PointingHandCursor);
     hint_->setFlat(true);
     hint_->hide();

@@ -14,10 +14,9 @@ SlidesDrop::SlidesDrop(QWidget *parent)
 
 void SlidesDrop::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (event->mimeData()->hasUrls()) {
-        event->setDropAction(Qt::CopyAction);
-        event->accept();
-    }
+    // Any drag is welcome; what it carries is looked at when it is dropped.
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
 }
 
 void SlidesDrop::dragMoveEvent(QDragMoveEvent *event)

@@ -71,23 +71,18 @@ void writeEncryptedPdf(const QString &path)
 void writePresentation(const QString &path, const QStringList &slides)
 {
     QString pages;
-    for (qsizetype i = 0; i < slides.size(); ++i)
-        pages += u"<draw:page draw:name=\"p%1\"><draw:frame svg:x=\"2cm\" svg:y=\"2cm\" svg:width=\"20cm\" "
-                 u"svg:height=\"4cm\"><draw:text-box><text:p>%2</text:p></draw:text-box></draw:frame></draw:page>\n"_s
-                     .arg(i + 1)
-                     .arg(slides[i].toHtmlEscaped());
-    const QString document =
-        u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-        u"<office:document xmlns:office=\"urn:oasis:names:tc:opendocument:xmlns:office:1.0\" "
-        u"xmlns:draw=\"urn:oasis:names:tc:opendocument:xmlns:drawing:1.0\" "
-        u"xmlns:text=\"urn:oasis:names:tc:opendocument:xmlns:text:1.0\" "
-        u"xmlns:svg=\"urn:oasis:names:tc:opendocument:xmlns:svg-compatible:1.0\" office:version=\"1.3\" "
-        u"office:mimetype=\"application/vnd.oasis.opendocument.presentation\">\n"
-        u"<office:body><office:presentation>\n"_s
-        + pages + u"</office:presentation></office:body></office:document>\n"_s;
+    for (const QString &slide : slides)
+        pages += uR"(<draw:page><draw:frame svg:width="20cm" svg:height="4cm" svg:x="2cm" svg:y="2cm"><draw:text-box>
+<text:p>%1</text:p></draw:text-box></draw:frame></draw:page>)"_s.arg(slide.toHtmlEscaped());
     QFile file(path);
     file.open(QIODevice::WriteOnly);
-    file.write(document.toUtf8());
+    file.write(uR"(<?xml version="1.0" encoding="UTF-8"?>
+<office:document xmlns:office="urn:oasis:names:tc:opendocument:xmlns:office:1.0"
+ xmlns:draw="urn:oasis:names:tc:opendocument:xmlns:drawing:1.0" xmlns:text="urn:oasis:names:tc:opendocument:xmlns:text:1.0"
+ xmlns:svg="urn:oasis:names:tc:opendocument:xmlns:svg-compatible:1.0" office:version="1.3"
+ office:mimetype="application/vnd.oasis.opendocument.presentation">
+<office:body><office:presentation>%1</office:presentation></office:body></office:document>
+)"_s.arg(pages).toUtf8());
 }
 
 } // namespace SlideFixtures
