@@ -313,12 +313,12 @@ void SlidesWindow::paintLooks()
     font.setPixelSize(emptyPixels);
     empty_->setFont(font);
     const QColor text = Look::secondaryText(palette());
-    empty_->setStyleSheet(u"QLabel { background: %1; color: rgba(%2, %3, %4, %5); border-radius: 10px; "
-                          u"padding: %6px %7px; }"_s.arg(Look::softBackground(palette()).name())
-                              .arg(text.red())
-                              .arg(text.green())
-                              .arg(text.blue())
-                              .arg(text.alpha())
+    const auto rgba = [&text](int alpha) {
+        return u"rgba(%1, %2, %3, %4)"_s.arg(text.red()).arg(text.green()).arg(text.blue()).arg(alpha);
+    };
+    empty_->setStyleSheet(u"QLabel { background: %1; color: %2; border: 1px solid %3; border-radius: 10px; "
+                          u"padding: %4px %5px; }"_s.arg(Look::softBackground(palette()).name(), rgba(text.alpha()),
+                                                         rgba(24))
                               .arg(emptyPadding.top())
                               .arg(emptyPadding.left()));
 }
