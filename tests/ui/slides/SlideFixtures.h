@@ -32,7 +32,6 @@ class ManualTimers final
 public:
     Text::Schedule schedule();
     void advance(std::chrono::milliseconds duration);
-    qsizetype pending() const { return qsizetype(timers_.size()); }
 
 private:
     struct Timer

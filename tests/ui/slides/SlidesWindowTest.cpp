@@ -19,7 +19,6 @@
 #include <QPdfView>
 #include <QSettings>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <gtest/gtest.h>
 
