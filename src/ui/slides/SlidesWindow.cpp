@@ -4,6 +4,7 @@
 #include "settings/UserDefaults.h"
 #include "ui/common/Look.h"
 #include "ui/common/WindowFrame.h"
+#include "ui/slides/SlideFiles.h"
 #include "ui/slides/SlideTexts.h"
 #include "ui/slides/SlidesBar.h"
 #include "ui/slides/SlidesDrop.h"
@@ -114,8 +115,7 @@ SlidesWindow::~SlidesWindow() = default;
 
 bool SlidesWindow::isSlides(const QString &path)
 {
-    static const QStringList extensions{u"pdf"_s, u"ppt"_s, u"pptx"_s, u"key"_s, u"odp"_s};
-    return extensions.contains(QFileInfo(path).suffix().toLower());
+    return SlideFiles::isSlides(path);
 }
 
 void SlidesWindow::buildFollower()
@@ -162,7 +162,7 @@ void SlidesWindow::open(const QString &path)
     show();
     raise();
     activateWindow();
-    if (QFileInfo(path).suffix().toLower() == u"pdf") {
+    if (QFileInfo(path).suffix().compare(u"pdf", Qt::CaseInsensitive) == 0) {
         load(path);
         return;
     }
