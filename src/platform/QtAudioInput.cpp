@@ -1,5 +1,7 @@
 #include "platform/QtAudioInput.h"
 
+#include "settings/UserDefaults.h"
+
 #include <QAudioDevice>
 #include <QAudioSource>
 #include <QMediaDevices>
@@ -42,6 +44,28 @@ private:
     std::vector<float> samples_;
 };
 
+namespace {
+
+// The input the student chose in the settings, or the default one when none is chosen or it is
+// not there now.
+QAudioDevice chosenDevice(const QByteArray &id)
+{
+    if (!id.isEmpty()) {
+        for (const QAudioDevice &device : QMediaDevices::audioInputs()) {
+            if (device.id() == id)
+                return device;
+        }
+    }
+    return QMediaDevices::defaultAudioInput();
+}
+
+QByteArray chosenID()
+{
+    return UserDefaults::text(UserDefaults::micDevice).toUtf8();
+}
+
+} // namespace
+
 QtAudioInput::QtAudioInput()
     : context_(std::make_unique<QObject>())
 {
@@ -64,8 +88,9 @@ QtAudioInput::~QtAudioInput()
 AudioFormat QtAudioInput::format()
 {
     AudioFormat format;
+    const QByteArray id = chosenID();
     onAudioThread([&] {
-        const QAudioDevice device = QMediaDevices::defaultAudioInput();
+        const QAudioDevice device = chosenDevice(id);
         if (!device.isNull())
             format = {device.preferredFormat().sampleRate(), device.preferredFormat().channelCount()};
     });
@@ -75,9 +100,10 @@ AudioFormat QtAudioInput::format()
 std::optional<QString> QtAudioInput::start(Receiver receiver)
 {
     std::optional<QString> problem;
+    const QByteArray id = chosenID();
     onAudioThread([&] {
         close();
-        const QAudioDevice device = QMediaDevices::defaultAudioInput();
+        const QAudioDevice device = chosenDevice(id);
         if (device.isNull()) {
             problem = QStringLiteral("找不到音频输入设备");
             return;
