@@ -3,7 +3,7 @@
 // The sound inputs the student can caption and record from, as the sound server offers them now:
 // the system's default first, then the microphones and line inputs, then the monitor of each
 // sound output ("系统声音"), which hears what the computer plays, such as an online lecture.
-// Main thread only.
+// Main thread only; asks the sound server with a short local call.
 
 #include <QList>
 #include <QString>

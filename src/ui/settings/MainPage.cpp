@@ -43,6 +43,7 @@ MainPage::MainPage(QWidget *parent)
 
     appBox->setObjectName(u"appBox"_s);
     appBox->setEditable(true);
+    SettingsRows::boundWidth(appBox);
     appBox->setInsertPolicy(QComboBox::NoInsert);
     captionGroup->addRow(u"字幕来源"_s, sourcePopup);
     captionGroup->addRow(u"翻译软件"_s, appBox);

@@ -25,6 +25,7 @@ ModelsPage::ModelsPage(QWidget *parent)
     , captionNote(nullptr)
 {
     devicePopup->setObjectName(u"devicePopup"_s);
+    SettingsRows::boundWidth(devicePopup);
     openaiField->setObjectName(u"openaiField"_s);
     openaiField->setEchoMode(QLineEdit::Password);
     openaiField->setClearButtonEnabled(true);

@@ -3,6 +3,7 @@
 #include "ui/common/Look.h"
 
 #include <QFormLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
 
@@ -29,10 +30,17 @@ int SettingsGroup::addRow(const QString &label, QWidget *control)
 {
     auto *name = new QLabel(label, this);
     name->setBuddy(control);
-    form_->addRow(name, control);
-    // A switch or a button keeps its size and sits at the right edge, as in a settings list.
-    if (control->sizePolicy().horizontalPolicy() == QSizePolicy::Fixed)
-        form_->itemAt(form_->rowCount() - 1, QFormLayout::FieldRole)->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    if (control->sizePolicy().horizontalPolicy() & QSizePolicy::ExpandFlag) {
+        form_->addRow(name, control);
+        return form_->rowCount() - 1;
+    }
+    // A menu, a switch or a button keeps its size and sits at the right edge, as in a settings list.
+    auto *field = new QWidget(this);
+    auto *line = new QHBoxLayout(field);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->addStretch(1);
+    line->addWidget(control);
+    form_->addRow(name, field);
     return form_->rowCount() - 1;
 }
 

@@ -1,14 +1,14 @@
 #include "ui/settings/SettingsRows.h"
 
-#include "ui/common/Look.h"
-
 #include <QComboBox>
-#include <QEvent>
 #include <QLabel>
 
 namespace SettingsRows {
 
 namespace {
+
+// Half the window: the row's label keeps its room.
+constexpr int widestOutsideName = 240;
 
 QComboBox *emptyPopup(const QString &name, QWidget *parent)
 {
@@ -17,36 +17,6 @@ QComboBox *emptyPopup(const QString &name, QWidget *parent)
     box->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     return box;
 }
-
-// Secondary text that follows the palette, also after a switch between light and dark.
-class QuietLabel final : public QLabel
-{
-public:
-    QuietLabel(const QString &text, QWidget *parent)
-        : QLabel(text, parent)
-    {
-        colour();
-    }
-
-protected:
-    void changeEvent(QEvent *event) override
-    {
-        QLabel::changeEvent(event);
-        if (event->type() == QEvent::PaletteChange)
-            colour();
-    }
-
-private:
-    void colour()
-    {
-        const QColor colour = Look::secondaryText(palette());
-        if (palette().color(QPalette::WindowText) == colour)
-            return;
-        QPalette own = palette();
-        own.setColor(QPalette::WindowText, colour);
-        setPalette(own);
-    }
-};
 
 } // namespace
 
@@ -64,6 +34,12 @@ QComboBox *popup(const QList<SettingsChoices::Size> &sizes, const QString &name,
     for (const auto &size : sizes)
         box->addItem(size.label, size.value);
     return box;
+}
+
+void boundWidth(QComboBox *popup)
+{
+    popup->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    popup->setMaximumWidth(widestOutsideName);
 }
 
 void select(QComboBox *popup, const QString &value)
@@ -93,7 +69,9 @@ QLabel *sectionTitle(const QString &text, QWidget *parent)
 
 QLabel *note(const QString &text, QWidget *parent)
 {
-    auto *label = new QuietLabel(text, parent);
+    auto *label = new QLabel(text, parent);
+    // The palette's quiet text colour, so the note follows light and dark by itself.
+    label->setForegroundRole(QPalette::PlaceholderText);
     label->setWordWrap(true);
     QFont font = label->font();
     font.setPointSizeF(font.pointSizeF() * 0.9);

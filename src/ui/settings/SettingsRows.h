@@ -17,6 +17,10 @@ namespace SettingsRows {
 QComboBox *popup(const QList<SettingsChoices::Choice> &choices, const QString &name, QWidget *parent);
 QComboBox *popup(const QList<SettingsChoices::Size> &sizes, const QString &name, QWidget *parent);
 
+// A menu whose rows are names from outside (devices, applications): it cuts a long name short
+// rather than widen the window.
+void boundWidth(QComboBox *popup);
+
 // Selects the row carrying `value`; row 0 when no row does.
 void select(QComboBox *popup, const QString &value);
 QString selected(const QComboBox *popup);

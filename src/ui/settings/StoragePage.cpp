@@ -22,7 +22,7 @@ StoragePage::StoragePage(QWidget *parent)
 {
     usageLabel->setObjectName(u"usageLabel"_s);
     openFolderButton->setObjectName(u"openFolderButton"_s);
-    openFolderButton->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    openFolderButton->setMinimumWidth(openFolderButton->sizeHint().width() + 16);
     cleanSwitch->setObjectName(u"cleanSwitch"_s);
 
     SettingsGroup *usage = addGroup();

@@ -38,7 +38,7 @@ public:
     template <typename Widget>
     Widget *get(const char *name) const
     {
-        auto *widget = sheet.window()->findChild<Widget *>(QString::fromLatin1(name));
+        auto *widget = sheet.window()->findChild<Widget *>(QString::fromUtf8(name));
         if (!widget)
             ADD_FAILURE() << "no control " << name;
         return widget;
