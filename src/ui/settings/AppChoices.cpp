@@ -39,20 +39,13 @@ void sortByLowerCase(QStringList &names)
                      [](const QString &a, const QString &b) { return a.toLower() < b.toLower(); });
 }
 
-} // namespace
-
-QStringList choices(const QString &current)
+QStringList merge(const QString &current, QStringList runningNames, QStringList installedNames)
 {
-    return merge(current, running(), installed());
-}
-
-QStringList merge(const QString &current, QStringList running, QStringList installed)
-{
-    sortByLowerCase(running);
-    sortByLowerCase(installed);
+    sortByLowerCase(runningNames);
+    sortByLowerCase(installedNames);
     QStringList names;
     QSet<QString> seen;
-    for (const QString &name : QStringList{current} + running + installed) {
+    for (const QString &name : QStringList{current} + runningNames + installedNames) {
         const QString key = name.toLower();
         if (name.isEmpty() || seen.contains(key))
             continue;
@@ -60,6 +53,13 @@ QStringList merge(const QString &current, QStringList running, QStringList insta
         names.append(name);
     }
     return names;
+}
+
+} // namespace
+
+QStringList choices(const QString &current)
+{
+    return merge(current, running(), installed());
 }
 
 } // namespace AppChoices

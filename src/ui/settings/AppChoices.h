@@ -13,7 +13,5 @@ namespace AppChoices {
 // list sorted by lower-cased name. Empty names drop out; of names equal in lower case the first
 // stays. A display or folder that can't be read gives no names.
 QStringList choices(const QString &current);
-// The same from lists already read.
-QStringList merge(const QString &current, QStringList running, QStringList installed);
 
 } // namespace AppChoices

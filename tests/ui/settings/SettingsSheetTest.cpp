@@ -158,6 +158,7 @@ TEST_F(SettingsSheetTest, RowsThatDoNotFitTheChoicesHide)
     sheet.load(custom);
     EXPECT_EQ(get<QComboBox>("modelPopup")->currentText(), u"自定义…"_s);
     EXPECT_EQ(get<QLineEdit>("modelField")->text(), u"claude-next"_s);
+    EXPECT_EQ(get<QComboBox>("appBox")->itemText(0), u"Coursedude"_s) << "the current application comes first, installed or not";
 }
 
 // A save that is refused, and what it says.
