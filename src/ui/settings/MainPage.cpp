@@ -1,6 +1,6 @@
 #include "ui/settings/MainPage.h"
 
-#include "ui/settings/ClickRow.h"
+#include "ui/account/MenuRow.h"
 #include "ui/settings/SettingsGroup.h"
 #include "ui/settings/SettingsRows.h"
 #include "ui/settings/ToggleSwitch.h"
@@ -18,16 +18,16 @@ MainPage::MainPage(QWidget *parent)
     , accountLabel(new QLabel(this))
     , signOutButton(new QPushButton(u"退出登录"_s, this))
     , aiServiceLabel(new QLabel(this))
-    , ownKeyRow(new ClickRow({}, u"使用自己的 API key…"_s, this))
+    , ownKeyRow(new MenuRow(u"key"_s, u"使用自己的 API key…"_s, {}, this))
     , captionGroup(addGroup(u"字幕"_s))
     , sourcePopup(SettingsRows::popup(SettingsChoices::sources(), u"sourcePopup"_s, this))
     , appBox(new QComboBox(this))
     , layoutPopup(SettingsRows::popup(SettingsChoices::layouts(), u"layoutPopup"_s, this))
     , emailSwitch(new ToggleSwitch(this))
-    , modelsRow(new ClickRow(u"cpu"_s, u"AI 模型分配"_s, this))
-    , appearanceRow(new ClickRow(u"paintbrush"_s, u"外观"_s, this))
-    , storageRow(new ClickRow(u"internaldrive"_s, u"存储"_s, this))
-    , cloudRow(new ClickRow(u"icloud"_s, u"云端同步"_s, this))
+    , modelsRow(new MenuRow(u"cpu"_s, u"AI 模型分配"_s, {}, this))
+    , appearanceRow(new MenuRow(u"paintbrush"_s, u"外观"_s, {}, this))
+    , storageRow(new MenuRow(u"internaldrive"_s, u"存储"_s, {}, this))
+    , cloudRow(new MenuRow(u"icloud"_s, u"云端同步"_s, {}, this))
 {
     accountLabel->setObjectName(u"accountLabel"_s);
     accountLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -54,6 +54,10 @@ MainPage::MainPage(QWidget *parent)
     addGroup(u"下课后"_s)->addRow(u"把笔记和思维导图发到邮箱"_s, emailSwitch);
 
     SettingsGroup *more = addGroup();
-    for (ClickRow *row : {modelsRow, appearanceRow, storageRow, cloudRow})
+    more->setRowSpacing(0);
+    for (MenuRow *row : {modelsRow, appearanceRow, storageRow, cloudRow})
         more->addRow(row);
+    // Tests and accessibility find a row by its title.
+    for (MenuRow *row : {ownKeyRow, modelsRow, appearanceRow, storageRow, cloudRow})
+        row->setObjectName(row->title());
 }

@@ -6,7 +6,7 @@
 
 #include "ui/settings/SettingsPage.h"
 
-class ClickRow;
+class MenuRow;
 class QComboBox;
 class QPushButton;
 class SettingsGroup;
@@ -27,14 +27,14 @@ public:
     QLabel *accountLabel;
     QPushButton *signOutButton;
     QLabel *aiServiceLabel;
-    ClickRow *ownKeyRow;
+    MenuRow *ownKeyRow;
     SettingsGroup *captionGroup;
     QComboBox *sourcePopup;
     QComboBox *appBox;
     QComboBox *layoutPopup;
     ToggleSwitch *emailSwitch;
-    ClickRow *modelsRow;
-    ClickRow *appearanceRow;
-    ClickRow *storageRow;
-    ClickRow *cloudRow;
+    MenuRow *modelsRow;
+    MenuRow *appearanceRow;
+    MenuRow *storageRow;
+    MenuRow *cloudRow;
 };

@@ -55,10 +55,11 @@ void SettingsGroup::setRowVisible(int row, bool visible)
     form_->setRowVisible(row, visible);
 }
 
-bool SettingsGroup::isRowVisible(int row) const
+void SettingsGroup::setRowSpacing(int pixels)
 {
-    return form_->isRowVisible(row);
+    form_->setVerticalSpacing(pixels);
 }
+
 
 void SettingsGroup::paintEvent(QPaintEvent *)
 {

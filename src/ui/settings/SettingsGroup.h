@@ -20,7 +20,8 @@ public:
     // Appends a control over the whole width, without a label.
     int addRow(QWidget *control);
     void setRowVisible(int row, bool visible);
-    bool isRowVisible(int row) const;
+    // Room between rows; rows that light up under the pointer sit closer together.
+    void setRowSpacing(int pixels);
 
 protected:
     void paintEvent(QPaintEvent *event) override;

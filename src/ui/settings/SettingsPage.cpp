@@ -1,5 +1,6 @@
 #include "ui/settings/SettingsPage.h"
 
+#include "ui/account/AccountLook.h"
 #include "ui/settings/SettingsGroup.h"
 #include "ui/settings/SettingsRows.h"
 
@@ -7,22 +8,6 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
-
-namespace {
-
-// The accent-coloured borderless button of a sub-page's title row.
-QPushButton *backButton(QWidget *parent)
-{
-    auto *back = new QPushButton(QStringLiteral("‹ 返回"), parent);
-    back->setObjectName(QStringLiteral("backButton"));
-    back->setFlat(true);
-    back->setCursor(Qt::PointingHandCursor);
-    back->setFocusPolicy(Qt::TabFocus);
-    back->setStyleSheet(QStringLiteral("QPushButton { border: none; padding: 2px 4px; color: palette(highlight); }"));
-    return back;
-}
-
-} // namespace
 
 SettingsPage::SettingsPage(const QString &title, Kind kind, QWidget *parent)
     : QWidget(parent)
@@ -34,7 +19,8 @@ SettingsPage::SettingsPage(const QString &title, Kind kind, QWidget *parent)
     if (kind == Kind::main)
         return;
     auto *row = new QHBoxLayout;
-    QPushButton *back = backButton(this);
+    QPushButton *back = AccountLook::linkButton(QStringLiteral("‹ 返回"), this);
+    back->setObjectName(QStringLiteral("backButton"));
     connect(back, &QPushButton::clicked, this, [this] { onBack(); });
     auto *heading = new QLabel(title, this);
     QFont font = heading->font();

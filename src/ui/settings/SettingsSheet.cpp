@@ -6,9 +6,9 @@
 #include "session/SessionStore.h"
 #include "settings/ProviderInfo.h"
 #include "settings/UserDefaults.h"
+#include "ui/account/MenuRow.h"
 #include "ui/settings/AppChoices.h"
 #include "ui/settings/AppearancePage.h"
-#include "ui/settings/ClickRow.h"
 #include "ui/settings/CloudPage.h"
 #include "ui/settings/InputDevices.h"
 #include "ui/settings/MainPage.h"
@@ -80,7 +80,7 @@ SettingsSheet::~SettingsSheet()
 
 void SettingsSheet::connectPages()
 {
-    const auto opens = [this](ClickRow *row, QWidget *page) { row->onClick = [this, page] { window_->showPage(page); }; };
+    const auto opens = [this](MenuRow *row, QWidget *page) { row->onClick = [this, page] { window_->showPage(page); }; };
     opens(main_->ownKeyRow, ownKey_);
     opens(main_->modelsRow, models_);
     opens(main_->appearanceRow, appearance_);

@@ -1,5 +1,7 @@
 #include "ui/settings/SettingsWindow.h"
 
+#include "ui/account/AccountLook.h"
+
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QStackedWidget>
@@ -18,6 +20,8 @@ SettingsWindow::SettingsWindow(QWidget *parent)
 {
     setWindowTitle(QStringLiteral("设置"));
     setObjectName(QStringLiteral("settingsWindow"));
+    // The body text of the account windows, so the product's windows read alike.
+    setFont(AccountLook::font(13));
     if (parent)
         setWindowModality(Qt::WindowModal);
     done_->setObjectName(QStringLiteral("doneButton"));

@@ -6,7 +6,7 @@
 
 #include "settings/UserDefaults.h"
 #include "ui/common/Look.h"
-#include "ui/settings/ClickRow.h"
+#include "ui/account/MenuRow.h"
 
 #include <QAbstractButton>
 #include <QDir>
@@ -55,7 +55,7 @@ TEST_F(SettingsScreenshots, EveryPageLightAndDark)
         for (const auto &[name, row] : pages) {
             SCOPED_TRACE(QString(name + u" " + look).toStdString());
             if (!row.isEmpty())
-                QTest::mouseClick(get<ClickRow>(row.toUtf8().constData()), Qt::LeftButton);
+                QTest::mouseClick(get<MenuRow>(row.toUtf8().constData()), Qt::LeftButton);
             QTest::qWait(50);
             const QImage image = sheet.window()->grab().toImage();
             EXPECT_EQ(image.width(), 480 * image.devicePixelRatio());
