@@ -35,6 +35,7 @@ OwnKeyPage::OwnKeyPage(QWidget *parent)
     keyLink->setFont(small);
 
     auto *key = new QWidget(this);
+    key->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     auto *column = new QVBoxLayout(key);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(4);

@@ -5,11 +5,13 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <QVariantAnimation>
 #include <QVBoxLayout>
 
 namespace {
 
 constexpr int margin = 20;
+constexpr int resizeMilliseconds = 150;
 
 } // namespace
 
@@ -17,7 +19,11 @@ SettingsWindow::SettingsWindow(QWidget *parent)
     : QDialog(parent)
     , pages_(new QStackedWidget(this))
     , done_(new QPushButton(QStringLiteral("完成"), this))
+    , resizing_(new QVariantAnimation(this))
 {
+    resizing_->setDuration(resizeMilliseconds);
+    resizing_->setEasingCurve(QEasingCurve::OutCubic);
+    connect(resizing_, &QVariantAnimation::valueChanged, this, [this](const QVariant &value) { setFixedHeight(value.toInt()); });
     setWindowTitle(QStringLiteral("设置"));
     setObjectName(QStringLiteral("settingsWindow"));
     // The body text of the account windows, so the product's windows read alike.
@@ -71,7 +77,14 @@ void SettingsWindow::fit()
     const int height = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(contentWidth)
                                                      : layout()->totalSizeHint().height();
     // A resize keeps the window's position, so the top edge stays where it was.
-    setFixedHeight(height);
+    resizing_->stop();
+    if (!isVisible() || height == this->height()) {
+        setFixedHeight(height);
+        return;
+    }
+    resizing_->setStartValue(this->height());
+    resizing_->setEndValue(height);
+    resizing_->start();
 }
 
 void SettingsWindow::reject()

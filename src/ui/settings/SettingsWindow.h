@@ -11,6 +11,7 @@
 
 class QPushButton;
 class QStackedWidget;
+class QVariantAnimation;
 
 class SettingsWindow final : public QDialog
 {
@@ -24,7 +25,8 @@ public:
     void addPage(QWidget *page);
     void showPage(QWidget *page);
     QWidget *currentPage() const;
-    // Sets the height to what the current page needs, keeping the top edge.
+    // Sets the height to what the current page needs, keeping the top edge; a shown window gets
+    // there in a short animation.
     void fit();
 
     std::function<void()> onDone = [] {};
@@ -35,4 +37,5 @@ public:
 private:
     QStackedWidget *pages_;
     QPushButton *done_;
+    QVariantAnimation *resizing_;
 };

@@ -56,7 +56,7 @@ TEST_F(SettingsScreenshots, EveryPageLightAndDark)
             SCOPED_TRACE(QString(name + u" " + look).toStdString());
             if (!row.isEmpty())
                 QTest::mouseClick(get<MenuRow>(row.toUtf8().constData()), Qt::LeftButton);
-            QTest::qWait(50);
+            QTest::qWait(250);   // the window's height follows the page in 150 ms
             const QImage image = sheet.window()->grab().toImage();
             EXPECT_EQ(image.width(), 480 * image.devicePixelRatio());
             EXPECT_GT(colours(image), 50) << "text and controls were drawn";
