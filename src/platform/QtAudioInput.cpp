@@ -1,9 +1,14 @@
 #include "platform/QtAudioInput.h"
 
+#include "settings/UserDefaults.h"
+
 #include <QAudioDevice>
 #include <QAudioSource>
+#include <QDeadlineTimer>
 #include <QMediaDevices>
+#include <QProcess>
 
+#include <optional>
 #include <vector>
 
 // Receives what the device pushes and hands it on as float frames.
@@ -42,6 +47,65 @@ private:
     std::vector<float> samples_;
 };
 
+namespace {
+
+using namespace std::chrono_literals;
+
+std::optional<QAudioDevice> listed(const QByteArray &id)
+{
+    for (const QAudioDevice &device : QMediaDevices::audioInputs()) {
+        if (device.id() == id)
+            return device;
+    }
+    return std::nullopt;
+}
+
+// The source that repeats a monitor, made in the sound server the first time it is chosen; it
+// stays there, found again by name, until the sound server restarts. None when the server won't.
+std::optional<QAudioDevice> monitorCopy(const QByteArray &monitor)
+{
+    const QByteArray name = monitor.chopped(int(sizeof ".monitor") - 1) + UserDefaults::monitorCopySuffix;
+    if (auto device = listed(name))
+        return device;
+    QProcess pactl;
+    pactl.start(QStringLiteral("pactl"),
+                {QStringLiteral("load-module"), QStringLiteral("module-remap-source"),
+                 u"master=" + QString::fromUtf8(monitor), u"source_name=" + QString::fromUtf8(name),
+                 QStringLiteral("source_properties=device.description=系统声音（Quillet）")});
+    if (!pactl.waitForFinished(3000) || pactl.exitCode() != 0)
+        return std::nullopt;
+    // Qt Multimedia hears of the new source from the server a moment later.
+    QDeadlineTimer deadline(2s);
+    while (!deadline.hasExpired()) {
+        if (auto device = listed(name))
+            return device;
+        QThread::msleep(20);
+    }
+    return std::nullopt;
+}
+
+// The input the student chose in the settings, or the default one when none is chosen or it is
+// not there now.
+QAudioDevice chosenDevice(const QByteArray &id)
+{
+    if (id.isEmpty())
+        return QMediaDevices::defaultAudioInput();
+    if (auto device = listed(id))
+        return *device;
+    if (id.endsWith(".monitor")) {
+        if (auto device = monitorCopy(id))
+            return *device;
+    }
+    return QMediaDevices::defaultAudioInput();
+}
+
+QByteArray chosenID()
+{
+    return UserDefaults::text(UserDefaults::micDevice).toUtf8();
+}
+
+} // namespace
+
 QtAudioInput::QtAudioInput()
     : context_(std::make_unique<QObject>())
 {
@@ -64,8 +128,9 @@ QtAudioInput::~QtAudioInput()
 AudioFormat QtAudioInput::format()
 {
     AudioFormat format;
+    const QByteArray id = chosenID();
     onAudioThread([&] {
-        const QAudioDevice device = QMediaDevices::defaultAudioInput();
+        const QAudioDevice device = chosenDevice(id);
         if (!device.isNull())
             format = {device.preferredFormat().sampleRate(), device.preferredFormat().channelCount()};
     });
@@ -75,9 +140,10 @@ AudioFormat QtAudioInput::format()
 std::optional<QString> QtAudioInput::start(Receiver receiver)
 {
     std::optional<QString> problem;
+    const QByteArray id = chosenID();
     onAudioThread([&] {
         close();
-        const QAudioDevice device = QMediaDevices::defaultAudioInput();
+        const QAudioDevice device = chosenDevice(id);
         if (device.isNull()) {
             problem = QStringLiteral("找不到音频输入设备");
             return;

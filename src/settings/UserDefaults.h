@@ -19,6 +19,12 @@ inline constexpr auto speechURL = "speech.url";
 inline constexpr auto translateURL = "translate.url";
 // A WAV file that stands in for the microphone.
 inline constexpr auto micFile = "mic.file";
+// The id of the sound input to listen to (a microphone, or the monitor of an output to caption
+// what the computer plays); unset, or a device not present, means the default input.
+inline constexpr auto micDevice = "mic.device";
+// Qt Multimedia offers no monitor of an output: the input opens a source of the sound server that
+// repeats the monitor, named after the output with this ending; the settings don't list it again.
+inline constexpr auto monitorCopySuffix = ".quillet-system-sound";
 // The panel and the bar float above other windows even when the application is in the background.
 inline constexpr auto windowsPinned = "windows.pinned";
 // What the panel shows: "both", or the transcript or the feed alone.
