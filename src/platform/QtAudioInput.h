@@ -1,8 +1,8 @@
 #pragma once
 
 // The chosen audio input device through Qt Multimedia (the user default "mic.device", else the
-// default device). The device is opened, read and closed on
-// a thread of the input's own with an event loop: the audio thread, on which the receiver runs.
+// default device). The device is opened, read and closed on a thread of the input's own with an
+// event loop: the audio thread, on which the receiver runs.
 // Samples come in the device's preferred rate and channel count, as floats where the device
 // offers them and otherwise converted from its integers.
 //
