@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 
 using namespace std::chrono_literals;
 
@@ -61,6 +62,10 @@ LibraryPlayer::LibraryPlayer(QWidget *parent)
         updateTime();
     });
     connect(player_, &QMediaPlayer::errorOccurred, this, [this] { fail(); });
+    connect(player_, &QMediaPlayer::positionChanged, this, [this](qint64 position) {
+        if (seeking_ && std::abs(position - *seeking_) <= 300)
+            seeking_.reset();
+    });
     connect(player_, &QMediaPlayer::playbackStateChanged, this, [this] { refreshPlayState(); });
     open({});
 }
@@ -82,6 +87,7 @@ void LibraryPlayer::open(const Track &track)
 void LibraryPlayer::close()
 {
     stop();
+    seeking_.reset();
     hasPlayer_ = false;
     player_->setSource(QUrl());
     enableControls();
@@ -102,7 +108,8 @@ void LibraryPlayer::playLine(int index)
     double seconds = track_.lineTimes[index];
     if (player_->duration() > 0)
         seconds = std::min(seconds, duration());
-    player_->setPosition(qint64(seconds * 1000));
+    // Rounded up, so that the clicked line counts as reached.
+    seek(qint64(std::ceil(seconds * 1000)));
     if (!playing())
         player_->play();
     refreshPlayState();
@@ -116,7 +123,7 @@ bool LibraryPlayer::playing() const
 
 double LibraryPlayer::position() const
 {
-    return hasPlayer_ ? double(player_->position()) / 1000 : 0;
+    return hasPlayer_ ? double(seeking_.value_or(player_->position())) / 1000 : 0;
 }
 
 double LibraryPlayer::duration() const
@@ -151,7 +158,7 @@ void LibraryPlayer::tick()
         return;
     const double now = position();
     if (!slider_->isSliderDown())
-        slider_->setValue(int(player_->position()));
+        slider_->setValue(int(position() * 1000));
     updateTime();
     // The last line, from the end, whose time has been reached (an equal time counts).
     int line = int(track_.lineTimes.size()) - 1;
@@ -169,8 +176,14 @@ void LibraryPlayer::seekSlider(int milliseconds)
 {
     if (!hasPlayer_)
         return;
-    player_->setPosition(milliseconds);
+    seek(milliseconds);
     tick();
+}
+
+void LibraryPlayer::seek(qint64 milliseconds)
+{
+    seeking_ = milliseconds;
+    player_->setPosition(milliseconds);
 }
 
 void LibraryPlayer::updateTime()

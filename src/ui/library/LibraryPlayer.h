@@ -10,6 +10,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 
 class IconButton;
 class QAudioOutput;
@@ -52,6 +53,7 @@ public:
     std::function<void(int line)> onActive = [](int) {};
 
 private:
+    void seek(qint64 milliseconds);
     void togglePlay();
     void refreshPlayState();
     void tick();
@@ -68,5 +70,7 @@ private:
     QTimer *timer_;
     Track track_;
     bool hasPlayer_ = false;
+    // Where a seek goes until the media player reports having got there (it seeks asynchronously).
+    std::optional<qint64> seeking_;
     int activeLine_ = -1;
 };

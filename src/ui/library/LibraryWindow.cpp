@@ -187,10 +187,9 @@ void LibraryWindow::rebuildFilter(const LibraryListing::Shelves &shelves)
     filter_->addItem(shelves.deleted.isEmpty() ? trashTitle
                                                : trashTitle + u"（" + QString::number(shelves.deleted.size()) + u"）");
     filter_->setItemData(filter_->count() - 1, LibraryLook::red, Qt::ForegroundRole);
-    if (trash)
-        filter_->setCurrentIndex(filter_->count() - 1);
-    else
-        filter_->setCurrentIndex(std::max(filter_->findText(chosen), 0));
+    // The separator has an empty title: never a choice to come back to.
+    const int kept = chosen.isEmpty() ? -1 : filter_->findText(chosen);
+    filter_->setCurrentIndex(trash ? filter_->count() - 1 : std::max(kept, 0));
 }
 
 bool LibraryWindow::trashChosen() const
