@@ -10,6 +10,7 @@
 
 #include <QButtonGroup>
 #include <QComboBox>
+#include <QEvent>
 #include <QCompleter>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -93,7 +94,9 @@ QWidget *LibraryDetail::nameRow()
     titleField_->setPlaceholderText(QStringLiteral("给这节课起个名字"));
     titleField_->setFont(pixelFont(font(), LibraryLook::titleSize, QFont::DemiBold));
     titleField_->setFrame(false);
-    titleField_->setStyleSheet(QStringLiteral("QLineEdit { background: transparent; }"));
+    QPalette clear;
+    clear.setColor(QPalette::Base, Qt::transparent);
+    titleField_->setPalette(clear);
     connect(titleField_, &QLineEdit::editingFinished, this, [this] { onTitle(titleField_->text()); });
     layout->addWidget(pencil);
     layout->addWidget(titleField_, 1);
@@ -151,11 +154,15 @@ QWidget *LibraryDetail::tabRow()
         button->setCheckable(true);
                 button->setToolButtonStyle(Qt::ToolButtonTextOnly);
         button->setMinimumWidth(76);
+        if (i == 0 || i + 1 == names.size())
+            button->setObjectName(i == 0 ? QStringLiteral("first") : QStringLiteral("last"));
         tabs_->addButton(button, i);
         layout->addWidget(button);
     }
     layout->addStretch(1);
     tabs_->button(0)->setChecked(true);
+    tabRow_ = row;
+    styleTabs();
     connect(tabs_, &QButtonGroup::idClicked, this, [this](int id) { setTab(Tab(id)); });
     return row;
 }
@@ -245,6 +252,30 @@ void LibraryDetail::setCategories(const QStringList &categories)
 void LibraryDetail::setTheme(const QString &theme)
 {
     transcript_->setTheme(theme);
+}
+
+void LibraryDetail::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && tabRow_)
+        styleTabs();
+}
+
+// A segmented control: one rounded outline, the chosen segment filled with the accent. Made from
+// the palette, so it is made again when the look changes.
+void LibraryDetail::styleTabs()
+{
+    const QPalette &colours = palette();
+    const auto name = [&](QPalette::ColorRole role) { return colours.color(role).name(); };
+    tabRow_->setStyleSheet(
+        u"QToolButton { border: 1px solid " + name(QPalette::Mid) + u"; border-left: none; padding: 4px 16px;"
+        u" background: " + name(QPalette::Button) + u"; color: " + name(QPalette::ButtonText) + u"; }"
+        u"QToolButton:checked { background: " + name(QPalette::Highlight) + u"; color: "
+        + name(QPalette::HighlightedText) + u"; border-color: " + name(QPalette::Highlight) + u"; }"
+        u"QToolButton#first { border-left: 1px solid " + name(QPalette::Mid) + u"; border-top-left-radius: 6px;"
+        u" border-bottom-left-radius: 6px; }"
+        u"QToolButton#first:checked { border-left-color: " + name(QPalette::Highlight) + u"; }"
+        u"QToolButton#last { border-top-right-radius: 6px; border-bottom-right-radius: 6px; }");
 }
 
 void LibraryDetail::setTab(Tab tab)

@@ -59,8 +59,12 @@ public:
     std::function<void()> onRestore = [] {};
     std::function<void()> onDelete = [] {};
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
     QWidget *nameRow();
+    void styleTabs();
     QWidget *categoryRow();
     QWidget *tabRow();
     QPlainTextEdit *reader(const QString &name);
@@ -76,6 +80,7 @@ private:
     QLabel *info_;
     LibraryPlayer *player_;
     QButtonGroup *tabs_;
+    QWidget *tabRow_ = nullptr;
     QStackedWidget *pages_;
     TranscriptView *transcript_;
     QPlainTextEdit *aiNotes_;

@@ -60,6 +60,8 @@ LibraryWindow::LibraryWindow(Text::Schedule notesSchedule, QWidget *parent)
     split->addWidget(right_);
     split->setStretchFactor(1, 1);
     split->setSizes({LibraryLook::sideWidth, 960 - LibraryLook::sideWidth});
+    split->handle(1)->setAutoFillBackground(true);
+    split->handle(1)->setBackgroundRole(QPalette::Mid);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(split);
@@ -91,8 +93,7 @@ QWidget *LibraryWindow::sidePane()
     table_->setMouseTracking(true);
     table_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
-    table_->viewport()->setAutoFillBackground(false);
-    table_->setStyleSheet(QStringLiteral("QListView { background: transparent; }"));
+    table_->viewport()->setBackgroundRole(QPalette::Window);
     empty_->setObjectName(QStringLiteral("empty"));
     empty_->setAlignment(Qt::AlignCenter);
     empty_->setWordWrap(true);
