@@ -3,10 +3,10 @@
 #include "platform/Http.h"
 
 #include <QDir>
+#include <QThread>
 #include <QtConcurrent/QtConcurrentMap>
 
 #include <algorithm>
-#include <optional>
 
 namespace {
 
@@ -16,20 +16,25 @@ QList<LibraryListing::Entry> shelf(const QString &root, bool deleted)
 {
     const QStringList names = QDir(root).entryList(
         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Unsorted);
-    const QList<std::optional<LibraryListing::Entry>> loaded = QtConcurrent::blockingMapped(
-        &Http::taskPool(), names, [&](const QString &name) -> std::optional<LibraryListing::Entry> {
-            const QString folder = root + u'/' + name;
-            auto data = SessionStore::load(folder);
-            if (!data)
-                return std::nullopt;
-            return LibraryListing::entry(folder, std::move(*data), deleted);
+    // One slice per core, each read in order: more threads than cores only take turns.
+    const qsizetype slices = std::max(1, QThread::idealThreadCount());
+    QList<std::pair<qsizetype, qsizetype>> ranges;
+    for (qsizetype i = 0; i < slices; ++i)
+        ranges.append({names.size() * i / slices, names.size() * (i + 1) / slices});
+    const QList<QList<LibraryListing::Entry>> read = QtConcurrent::blockingMapped(
+        &Http::taskPool(), ranges, [&](const std::pair<qsizetype, qsizetype> &range) {
+            QList<LibraryListing::Entry> entries;
+            for (qsizetype i = range.first; i < range.second; ++i) {
+                const QString folder = root + u'/' + names[i];
+                if (auto data = SessionStore::load(folder))
+                    entries.append(LibraryListing::entry(folder, std::move(*data), deleted));
+            }
+            return entries;
         });
     QList<LibraryListing::Entry> entries;
-    entries.reserve(loaded.size());
-    for (const auto &entry : loaded) {
-        if (entry)
-            entries.append(*entry);
-    }
+    entries.reserve(names.size());
+    for (const QList<LibraryListing::Entry> &slice : read)
+        entries.append(slice);
     return entries;
 }
 

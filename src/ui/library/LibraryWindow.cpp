@@ -73,6 +73,7 @@ LibraryWindow::LibraryWindow(Text::Schedule notesSchedule, QWidget *parent)
     detail_->onRestore = [this] { restoreCurrent(); };
     detail_->onDelete = [this] { deleteCurrent(); };
     followTheme();
+    reload();
 }
 
 QWidget *LibraryWindow::sidePane()
@@ -134,12 +135,20 @@ bool LibraryWindow::isVisible() const
 
 void LibraryWindow::reload()
 {
-    const int generation = ++generation_;
+    if (listing_) {
+        again_ = true;
+        return;
+    }
+    listing_ = true;
     PoolTask::start<Shelves>(
         this, [] { return std::make_shared<const LibraryListing::Shelves>(LibraryListing::read()); },
-        [this, generation](const Shelves &shelves) {
-            if (generation == generation_)
+        [this](const Shelves &shelves) {
+            listing_ = false;
+            const bool stale = std::exchange(again_, false);
+            if (!stale || !listedOnce_)
                 apply(shelves);
+            if (stale)
+                reload();
         });
 }
 
@@ -168,6 +177,7 @@ void LibraryWindow::apply(std::shared_ptr<const LibraryListing::Shelves> shelves
         selectRow(row);
     else
         selectRow(model_->rowCount() == 0 ? std::nullopt : std::optional(0));
+    listedOnce_ = true;
     Q_EMIT listed();
 }
 

@@ -6,7 +6,9 @@
 // to the refiner; the class being recorded is listed too, with what can't be done to it refused.
 //
 // Main thread only. Listing the store runs on a pool thread (a large library takes a while to
-// decode) and lands on the main thread; the last listing stays in memory for search. Everything
+// decode) and lands on the main thread; the last listing stays in memory for search and is what
+// the window shows at once when it opens, until the fresh one arrives. The first listing starts
+// when the window is made, so that the library opens on a filled list. Everything
 // else goes through SessionStore on the main thread. Closing hides the window; it lives as long
 // as the process.
 
@@ -43,6 +45,8 @@ public:
     void setRefining(const QSet<QString> &folders) override;
 
     LibraryDetail *detail() const { return detail_; }
+    // Whether a listing is under way.
+    bool listing() const { return listing_; }
     // The class in the right pane, if any.
     const std::optional<LibraryListing::Entry> &current() const { return current_; }
 
@@ -86,5 +90,9 @@ private:
     // A class refreshed while open: opened anew once the next listing arrives.
     QString reopen_;
     QSet<QString> refining_;
-    int generation_ = 0;   // only the latest listing is applied
+    // One listing at a time; a reload asked for meanwhile makes the running one stale, so it is
+    // dropped (unless nothing was listed yet) and another runs.
+    bool listing_ = false;
+    bool again_ = false;
+    bool listedOnce_ = false;
 };

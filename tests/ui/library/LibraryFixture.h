@@ -20,6 +20,7 @@
 #include <QListView>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -60,12 +61,12 @@ protected:
         return folder;
     }
 
-    // Reloads and waits until the listing has reached the list.
+    // Reloads and waits until the listing of the store as it is now has reached the list.
     void reload()
     {
         QSignalSpy listed(window_.get(), &LibraryWindow::listed);
         window_->reload();
-        ASSERT_TRUE(listed.wait(10'000));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !listed.isEmpty() && !window_->listing(); }, 10'000));
     }
 
     template<typename T>
