@@ -249,11 +249,6 @@ void LibraryDetail::setCategories(const QStringList &categories)
     categoryBox_->setEditText(typed);
 }
 
-void LibraryDetail::setTheme(const QString &theme)
-{
-    transcript_->setTheme(theme);
-}
-
 void LibraryDetail::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);

@@ -44,8 +44,6 @@ public:
     void showClass(const LibraryListing::Entry &entry, const State &state);
     void setTitle(const QString &title);
     void setCategories(const QStringList &categories);
-    // "light" or "dark".
-    void setTheme(const QString &theme);
     void setTab(Tab tab);
 
     LibraryPlayer *player() const { return player_; }

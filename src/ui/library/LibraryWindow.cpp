@@ -1,7 +1,6 @@
 #include "ui/library/LibraryWindow.h"
 
 #include "platform/PoolTask.h"
-#include "ui/common/Look.h"
 #include "ui/common/WindowFrame.h"
 #include "ui/library/FileReveal.h"
 #include "ui/library/LibraryDetail.h"
@@ -72,7 +71,6 @@ LibraryWindow::LibraryWindow(Text::Schedule notesSchedule, QWidget *parent)
     detail_->onRefine = [this] { refineCurrent(); };
     detail_->onRestore = [this] { restoreCurrent(); };
     detail_->onDelete = [this] { deleteCurrent(); };
-    followTheme();
     reload();
 }
 
@@ -384,16 +382,4 @@ void LibraryWindow::resizeEvent(QResizeEvent *event)
     QWidget::resizeEvent(event);
     if (QWidget::isVisible())
         WindowFrame::save(this, frameName);
-}
-
-void LibraryWindow::changeEvent(QEvent *event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        followTheme();
-}
-
-void LibraryWindow::followTheme()
-{
-    detail_->setTheme(Look::isDark(palette()) ? QStringLiteral("dark") : QStringLiteral("light"));
 }

@@ -58,7 +58,6 @@ protected:
     void closeEvent(QCloseEvent *event) override;
     void moveEvent(QMoveEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    void changeEvent(QEvent *event) override;
 
 private:
     QWidget *sidePane();
@@ -77,7 +76,6 @@ private:
     void deleteCurrent();
     void forgetCurrent();
     void say(const QString &text);
-    void followTheme();
 
     LibraryModel *model_;
     QComboBox *filter_;

@@ -11,11 +11,10 @@
 
 #include "AudioFiles.h"
 #include "FakeAudioInput.h"
+#include "support/PageProbe.h"
 #include "SpeechAudio.h"
 
-#include <QJsonDocument>
 #include <QTest>
-#include <QWebEnginePage>
 #include <QWebEngineView>
 
 using namespace Qt::StringLiterals;
@@ -56,14 +55,10 @@ protected:
         return folder;
     }
 
-    QString activeRow(TranscriptView *view)
+    static QString activeRow(TranscriptView *view)
     {
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
-        auto result = std::make_shared<std::optional<QVariant>>();
-        view->web()->page()->runJavaScript(u"(document.querySelector('.row.active') || {dataset: {}}).dataset.id || ''"_s,
-                                           [result](const QVariant &value) { *result = value; });
-        EXPECT_TRUE(QTest::qWaitFor([&] { return result->has_value(); }, 10'000));
-        return result->value_or(QVariant()).toString();
+        return PageProbe::evaluate(view->web(), u"(document.querySelector('.row.active') || {dataset: {}}).dataset.id || ''"_s)
+            .toString();
     }
 
     SpeechAudio speech_;
