@@ -57,6 +57,8 @@ const QTemporaryDir &library()
     return documents;
 }
 
+// The listing alone, on the pool; bench_session's listLibrary is the store reading one folder after
+// another.
 void readShelves(benchmark::State &state)
 {
     library();
@@ -64,14 +66,6 @@ void readShelves(benchmark::State &state)
         benchmark::DoNotOptimize(LibraryListing::read());
 }
 BENCHMARK(readShelves)->Unit(benchmark::kMillisecond)->UseRealTime();
-
-void listStore(benchmark::State &state)
-{
-    library();
-    for (auto _ : state)
-        benchmark::DoNotOptimize(SessionStore::list());
-}
-BENCHMARK(listStore)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 // From show() to the first paint of the list holding every class. `listedBefore`: the window was
 // made a while before it opens (as the application makes it at start-up) and holds the listing

@@ -57,7 +57,7 @@ TEST_F(LibraryWindowTest, SearchesNamesCategoriesAndTranslationsAndFallsBackWhen
     EXPECT_EQ(rows().size(), 3);
 }
 
-TEST_F(LibraryWindowTest, TitlesOfBlanksComeBackAndLongTitlesAreKept)
+TEST_F(LibraryWindowTest, TitlesOfBlanksComeBackLongTitlesAreKeptAndRefiningShows)
 {
     const QString folder = make(u"Chemistry"_s, std::nullopt);
     reload();
@@ -71,6 +71,17 @@ TEST_F(LibraryWindowTest, TitlesOfBlanksComeBackAndLongTitlesAreKept)
     EXPECT_EQ(SessionStore::load(folder)->title, longTitle);
     EXPECT_EQ(rows(), QStringList{longTitle});
     EXPECT_EQ(currentFolder(), folder);
+
+    QFile(folder + u"/录音.m4a"_s).open(QIODevice::WriteOnly);
+    window_->refresh(folder);
+    reload();
+    EXPECT_TRUE(part<QAbstractButton>("refine")->isEnabled());
+    window_->setRefining({folder});
+    window_->refresh(folder);
+    reload();
+    EXPECT_EQ(currentFolder(), folder) << "a refreshed class opens again";
+    EXPECT_TRUE(part<QLabel>("info")->text().endsWith(u" · 正在精修文字稿…"_s)) << part<QLabel>("info")->text();
+    EXPECT_FALSE(part<QAbstractButton>("refine")->isEnabled());
 }
 
 TEST_F(LibraryWindowTest, DeletesToTheTrashThenForGoodAfterAsking)
