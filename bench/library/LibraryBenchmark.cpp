@@ -2,6 +2,7 @@
 // hundred lines (until the list is painted), and each keystroke of a search through all their text.
 
 #include "session/SessionStore.h"
+#include "ui/library/LibraryListing.h"
 #include "ui/library/LibraryWindow.h"
 
 #include <QApplication>
@@ -63,7 +64,7 @@ void readShelves(benchmark::State &state)
 {
     library();
     for (auto _ : state)
-        benchmark::DoNotOptimize(LibraryListing::read());
+        benchmark::DoNotOptimize(LibraryListing::read(SessionStore::root(), SessionStore::trashRoot()));
 }
 BENCHMARK(readShelves)->Unit(benchmark::kMillisecond)->UseRealTime();
 

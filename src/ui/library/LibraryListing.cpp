@@ -49,9 +49,9 @@ void newestFirst(QList<LibraryListing::Entry> &entries, Key key)
 
 namespace LibraryListing {
 
-Shelves read()
+Shelves read(const QString &root, const QString &trashRoot)
 {
-    Shelves shelves{shelf(SessionStore::root(), false), shelf(SessionStore::trashRoot(), true)};
+    Shelves shelves{shelf(root, false), shelf(trashRoot, true)};
     newestFirst(shelves.classes, [](const Entry &entry) { return entry.data.started; });
     newestFirst(shelves.deleted, [](const Entry &entry) { return entry.data.deletedAt; });
     return shelves;

@@ -31,7 +31,9 @@ struct Shelves
     QList<Entry> deleted;   // last deleted first, as SessionStore::listDeleted()
 };
 
-Shelves read();
+// The classes under the store's two folders, given by the caller (the store's settings belong to
+// the main thread).
+Shelves read(const QString &root, const QString &trashRoot);
 Entry entry(const QString &folder, SessionData data, bool deleted);
 // Course names in use, newest class first, each once, as SessionStore::categories().
 QStringList categories(const QList<Entry> &classes);

@@ -139,7 +139,10 @@ void LibraryWindow::reload()
     }
     listing_ = true;
     PoolTask::start<Shelves>(
-        this, [] { return std::make_shared<const LibraryListing::Shelves>(LibraryListing::read()); },
+        this,
+        [root = SessionStore::root(), trashRoot = SessionStore::trashRoot()] {
+            return std::make_shared<const LibraryListing::Shelves>(LibraryListing::read(root, trashRoot));
+        },
         [this](const Shelves &shelves) {
             listing_ = false;
             const bool stale = std::exchange(again_, false);

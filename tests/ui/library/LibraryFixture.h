@@ -41,6 +41,8 @@ protected:
     }
     void TearDown() override
     {
+        // No listing may read the folder once it is gone.
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !window_->listing(); }, 10'000));
         window_.reset();
         SessionStore::useDocumentsFolder({});
         SessionStore::useClock(nullptr);
