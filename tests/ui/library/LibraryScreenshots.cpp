@@ -48,11 +48,21 @@ TEST_F(LibraryScreenshots, FiftyClassesInChineseAndKoreanLightAndDark)
         data.duration = 4'980 + i * 31;
         if (i == 0) {
             data.summary = u"本节课介绍了热力学第二定律：封闭系统的熵不会减少。"_s;
+            data.notes = {{312, u"考试重点"_s, u"期中考试考第三章：熵与第二定律。"_s},
+                          {1'020, u"可以这样回答"_s, u"因为封闭系统的熵只会增加或不变。"_s}};
+            data.vocabulary = QList<SessionData::Term>{{u"엔트로피"_s, u"熵"_s, u"衡量无序程度的物理量"_s},
+                                                       {u"열역학"_s, u"热力学"_s, {}}};
             data.refined = true;
             opened = folder;
         }
         SessionStore::write(data, folder);
     }
+    const auto save = [](const QImage &image, const QString &name) {
+        if (const QString dir = qEnvironmentVariable("QUILLET_SCREENSHOT_DIR"); !dir.isEmpty()) {
+            QDir().mkpath(dir);
+            image.save(dir + u"/library-"_s + name + u".png"_s);
+        }
+    };
     for (const QString &theme : {u"light"_s, u"dark"_s}) {
         Look::apply(theme);
         window_->resize(960, 640);
@@ -64,11 +74,11 @@ TEST_F(LibraryScreenshots, FiftyClassesInChineseAndKoreanLightAndDark)
         transcript->setActive(1);
         QTest::qWait(700);   // the page's fonts and its scroll settle
         const QImage image = window_->grab().toImage();
-        if (const QString dir = qEnvironmentVariable("QUILLET_SCREENSHOT_DIR"); !dir.isEmpty()) {
-            QDir().mkpath(dir);
-            image.save(dir + u"/library-"_s + theme + u".png"_s);
-        }
+        save(image, theme);
         EXPECT_GT(colours(image), 60) << theme.toStdString() << ": nothing drawn";
+        window_->detail()->setTab(LibraryDetail::aiNotesTab);
+        save(window_->grab().toImage(), theme + u"-notes"_s);
+        window_->detail()->setTab(LibraryDetail::transcriptTab);
         window_->hide();
     }
     Look::apply(u"light"_s);
