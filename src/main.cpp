@@ -1,11 +1,13 @@
 #include "platform/Http.h"
 #include "platform/QuitSignals.h"
 #include "settings/Config.h"
-#include "ui/panel/Panel.h"
+#include "ui/DesktopApp.h"
+#include "ui/common/Look.h"
 
 #include <QApplication>
 #include <QIcon>
 #include <QLoggingCategory>
+#include <QSessionManager>
 #include <QThreadPool>
 
 #include <cstdlib>
@@ -16,18 +18,21 @@ int main(int argc, char *argv[])
 {
     QCoreApplication::setOrganizationName(QStringLiteral("Quillet"));
     QCoreApplication::setApplicationName(QStringLiteral("Quillet"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(QUILLET_VERSION));
     QApplication application(argc, argv);
     QGuiApplication::setDesktopFileName(QStringLiteral("quillet"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/quillet.svg")));
+    // The look first, so that no window is drawn twice.
+    Look::apply(Config::load().theme.value_or(QStringLiteral("system")));
 
-    const Config config = Config::load();
-    qCInfo(lcApp) << "Lecture language" << config.lecture().id << "answer language" << config.answer().id;
-
-    Panel panel;
-
-    panel.show();
-    // The end of the desktop session, `kill` or Ctrl+C quit the ordinary way.
+    DesktopApp app;
+    // However the application ends (the Quit item, the panel closed, a signal, the end of the
+    // desktop session), a running class is kept.
+    QObject::connect(&application, &QCoreApplication::aboutToQuit, [&app] { app.terminate(); });
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, [&app](QSessionManager &) { app.terminate(); });
     const QuitSignals quitSignals([](int) { QCoreApplication::quit(); });
+    app.launch();
+    qCInfo(lcApp) << "Panel shown";
     const int code = application.exec();
     // A model call may still wait on the network for minutes: give the pool a moment, then leave
     // without tearing down the statics those requests use.

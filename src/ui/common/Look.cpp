@@ -4,6 +4,8 @@
 #include <QPalette>
 #include <QStyleFactory>
 
+#include <cmath>
+
 namespace {
 
 QString current;
@@ -97,6 +99,15 @@ bool isDark(const QPalette &palette)
 QColor softBackground(const QPalette &palette)
 {
     return isDark(palette) ? QColor::fromRgbF(0.118f, 0.118f, 0.13f) : QColor::fromRgbF(0.945f, 0.945f, 0.953f);
+}
+
+QFont scaled(QFont font, double factor)
+{
+    if (font.pixelSize() > 0)
+        font.setPixelSize(std::max(1, int(std::lround(font.pixelSize() * factor))));
+    else
+        font.setPointSizeF(font.pointSizeF() * factor);
+    return font;
 }
 
 QColor secondaryText(const QPalette &palette)

@@ -1,6 +1,7 @@
 #include "ui/settings/OwnKeyPage.h"
 
 #include "settings/ProviderInfo.h"
+#include "ui/common/Look.h"
 #include "ui/settings/SettingsGroup.h"
 #include "ui/settings/ToggleSwitch.h"
 
@@ -31,7 +32,7 @@ OwnKeyPage::OwnKeyPage(QWidget *parent)
     keyLink->setCursor(Qt::PointingHandCursor);
     // A step below the body text, as the note under a field.
     QFont small = keyLink->font();
-    small.setPointSizeF(small.pointSizeF() * 0.9);
+    small = Look::scaled(small, 0.9);
     keyLink->setFont(small);
 
     auto *key = new QWidget(this);

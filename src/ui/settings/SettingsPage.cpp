@@ -1,6 +1,7 @@
 #include "ui/settings/SettingsPage.h"
 
 #include "ui/account/AccountLook.h"
+#include "ui/common/Look.h"
 #include "ui/settings/SettingsGroup.h"
 #include "ui/settings/SettingsRows.h"
 
@@ -25,7 +26,7 @@ SettingsPage::SettingsPage(const QString &title, Kind kind, QWidget *parent)
     auto *heading = new QLabel(title, this);
     QFont font = heading->font();
     font.setBold(true);
-    font.setPointSizeF(font.pointSizeF() * 1.15);
+    font = Look::scaled(font, 1.15);
     heading->setFont(font);
     heading->setAlignment(Qt::AlignCenter);
     // The title stays centred: an empty box as wide as the button balances it on the right.

@@ -1,5 +1,7 @@
 #include "ui/settings/SettingsRows.h"
 
+#include "ui/common/Look.h"
+
 #include <QComboBox>
 #include <QLabel>
 
@@ -74,7 +76,7 @@ QLabel *note(const QString &text, QWidget *parent)
     label->setForegroundRole(QPalette::PlaceholderText);
     label->setWordWrap(true);
     QFont font = label->font();
-    font.setPointSizeF(font.pointSizeF() * 0.9);
+    font = Look::scaled(font, 0.9);
     label->setFont(font);
     label->setContentsMargins(4, 0, 4, 0);
     return label;

@@ -32,7 +32,7 @@ void SubtitleStyleMenu::addHeader(const QString &title)
     auto *label = new QLabel(title, this);
     label->setContentsMargins(6, 5, 12, 3);
     QFont font = label->font();
-    font.setPointSizeF(font.pointSizeF() * 0.85);
+    font = Look::scaled(font, 0.85);
     font.setWeight(QFont::DemiBold);
     label->setFont(font);
     QPalette palette = label->palette();
