@@ -33,7 +33,10 @@ PageView::PageView(const QString &url, QObject *parent)
 // The view is handed to a layout, which may own it; a view nobody took goes with this object.
 PageView::~PageView()
 {
-    if (web_ && !web_->parent())
+    if (!web_)
+        return;
+    web_->removeEventFilter(this);
+    if (!web_->parent())
         delete web_.data();
 }
 
@@ -75,7 +78,8 @@ void PageView::followLook()
 
 bool PageView::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == web_ && event->type() == QEvent::PaletteChange && followsLook_)
+    // Only the view is watched; its identity isn't checked, since the view may be mid-destruction.
+    if (event->type() == QEvent::PaletteChange && followsLook_)
         followLook();
     return QObject::eventFilter(watched, event);
 }
