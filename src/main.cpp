@@ -5,6 +5,7 @@
 #include "ui/common/Look.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QIcon>
 #include <QLoggingCategory>
 #include <QSessionManager>
@@ -16,6 +17,12 @@ Q_LOGGING_CATEGORY(lcApp, "quillet.app")
 
 int main(int argc, char *argv[])
 {
+    // Wayland lets no window stay above others and no application read another's window: run
+    // through XWayland unless the student chose a platform.
+    if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY") && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    QElapsedTimer started;
+    started.start();
     QCoreApplication::setOrganizationName(QStringLiteral("Quillet"));
     QCoreApplication::setApplicationName(QStringLiteral("Quillet"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLET_VERSION));
@@ -33,6 +40,7 @@ int main(int argc, char *argv[])
     const QuitSignals quitSignals([](int) { QCoreApplication::quit(); });
     app.launch();
     qCInfo(lcApp) << "Panel shown";
+    app.onPagesReady = [&started] { qCInfo(lcApp) << "Pages ready after" << started.elapsed() << "ms"; };
     const int code = application.exec();
     // A model call may still wait on the network for minutes: give the pool a moment, then leave
     // without tearing down the statics those requests use.

@@ -5,6 +5,8 @@
 #include "platform/AudioInput.h"
 #include "platform/PocketSphinxFileRecognizer.h"
 #include "ui/panel/MainMenu.h"
+#include "ui/web/FeedView.h"
+#include "ui/web/TranscriptView.h"
 
 #include <QCoreApplication>
 #include <QMenuBar>
@@ -34,6 +36,12 @@ AppServices DesktopApp::services()
 
 void DesktopApp::launch()
 {
+    const auto pageReady = [this] {
+        if (panel_.transcriptView().ready() && panel_.feed().ready())
+            onPagesReady();
+    };
+    panel_.transcriptView().onReady = pageReady;
+    panel_.feed().onReady = pageReady;
     controller_.launch();
 }
 

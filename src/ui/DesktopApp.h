@@ -31,6 +31,9 @@ public:
     // A running class is kept; safe to call more than once.
     void terminate();
 
+    // Once, when the panel's transcript and feed pages have both loaded.
+    std::function<void()> onPagesReady = [] {};
+
     AppController &controller() { return controller_; }
     Panel &panel() { return panel_; }
     SubtitleWindow &subtitles() { return subtitles_; }

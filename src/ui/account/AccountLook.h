@@ -5,7 +5,7 @@
 // the two windows stay alike in light and dark. Main thread only; every widget made here belongs
 // to the parent it is given or to the layout it is put in.
 
-#include "ui/account/ToneLabel.h"
+#include "ui/common/ToneLabel.h"
 
 #include <QFont>
 #include <QString>

@@ -9,7 +9,7 @@
 // that is gone are dropped. Closing hides the window; it lives as long as its owner.
 
 #include "app/views/AccountView.h"
-#include "ui/account/ToneLabel.h"
+#include "ui/common/ToneLabel.h"
 
 #include <QWidget>
 

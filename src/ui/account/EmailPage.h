@@ -6,7 +6,7 @@
 // they are compared or sent. Reports through the window's message line. Main thread only; requests
 // come back here and are dropped if the page is gone.
 
-#include "ui/account/ToneLabel.h"
+#include "ui/common/ToneLabel.h"
 
 #include <QWidget>
 

@@ -5,7 +5,7 @@
 #include "ui/account/AccountLook.h"
 #include "ui/account/CatGrid.h"
 #include "ui/account/StepProgress.h"
-#include "ui/account/ToneLabel.h"
+#include "ui/common/ToneLabel.h"
 #include "ui/art/AvatarButton.h"
 #include "ui/art/PixelCat.h"
 

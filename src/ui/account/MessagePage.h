@@ -8,7 +8,7 @@
 // picture maker is replaceable so a picture that can't be drawn can be shown to be harmless.
 
 #include "report/InboxMessage.h"
-#include "ui/account/ToneLabel.h"
+#include "ui/common/ToneLabel.h"
 
 #include <QWidget>
 

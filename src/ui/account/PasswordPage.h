@@ -5,7 +5,7 @@
 // through the window's message line. Main thread only; the request comes back here and is dropped
 // if the page is gone.
 
-#include "ui/account/ToneLabel.h"
+#include "ui/common/ToneLabel.h"
 
 #include <QWidget>
 

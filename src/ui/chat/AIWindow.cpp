@@ -3,14 +3,13 @@
 #include "ui/chat/ChatInputBar.h"
 #include "ui/chat/FileDrop.h"
 #include "ui/common/IconButton.h"
-#include "ui/common/Look.h"
+#include "ui/common/ToneLabel.h"
 #include "ui/common/WindowFrame.h"
 #include "ui/web/FeedView.h"
 
 #include <QFrame>
 #include <QGuiApplication>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QScreen>
 #include <QVBoxLayout>
 #include <QWebEngineView>
@@ -25,20 +24,16 @@ AIWindow::AIWindow(QWidget *parent)
     : QWidget(parent, Qt::Window)
     , feed_(new FeedView(this))
     , filesRow_(new QWidget)
-    , filesLabel_(new QLabel)
+    , filesLabel_(new ToneLabel({}, ToneLabel::Tone::secondary))
     , input_(new ChatInputBar(QStringLiteral("附上文件（PDF、图片、文本）"), 18))
 {
     setWindowTitle(QStringLiteral("AI 问答"));
     setMinimumSize(300, 260);
     resize(380, 500);
 
-    filesLabel_->setTextFormat(Qt::PlainText);
     QFont small = filesLabel_->font();
     small.setPixelSize(11);
     filesLabel_->setFont(small);
-    QPalette quiet = filesLabel_->palette();
-    quiet.setColor(QPalette::WindowText, Look::secondaryText(quiet));
-    filesLabel_->setPalette(quiet);
     auto *clear = new IconButton(QStringLiteral("xmark.circle.fill"), QStringLiteral("去掉附件"), nullptr, 13);
     auto *filesRow = new QHBoxLayout(filesRow_);
     filesRow->setContentsMargins(12, 4, 10, 0);

@@ -11,7 +11,7 @@
 class ChatInputBar;
 class FeedView;
 class IconButton;
-class QLabel;
+class ToneLabel;
 
 class AIWindow final : public QWidget, public ChatView
 {
@@ -47,6 +47,6 @@ private:
 
     FeedView *feed_;
     QWidget *filesRow_;
-    QLabel *filesLabel_;
+    ToneLabel *filesLabel_;
     ChatInputBar *input_;
 };

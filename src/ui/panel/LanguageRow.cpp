@@ -75,10 +75,9 @@ LanguageRow::LanguageRow(QWidget *parent)
     row->addWidget(separator);
     row->addWidget(mark(QStringLiteral("ear"), QStringLiteral("上课语言")));
     row->addWidget(lecture_);
-    extrasButton_->setPopupMode(QToolButton::InstantPopup);
-    extrasButton_->setMenu(menu_);
+    // The menu opens under the button by hand: a button's own menu would draw an arrow over
+    // the last name.
     extrasButton_->setAutoRaise(true);
-    extrasButton_->setStyleSheet(QStringLiteral("QToolButton::menu-indicator { image: none; width: 0; }"));
     extrasButton_->setToolTip(QStringLiteral("也可能出现的语言（会同时识别）"));
     extrasButton_->setFont(lecture_->font());
     row->addWidget(extrasButton_);
@@ -92,6 +91,8 @@ LanguageRow::LanguageRow(QWidget *parent)
     connect(lecture_, &QComboBox::activated, this, [this] { languagesChanged(); });
     connect(answer_, &QComboBox::activated, this, [this] { languagesChanged(); });
     connect(swapButton, &QToolButton::clicked, this, [this] { swap(); });
+    connect(extrasButton_, &QToolButton::clicked, this,
+            [this] { menu_->popup(extrasButton_->mapToGlobal(QPoint(0, extrasButton_->height()))); });
     selectShow(QStringLiteral("both"));
     refreshExtras();
 }

@@ -6,7 +6,7 @@
 #include "ui/chat/ChatInputBar.h"
 #include "ui/chat/FileDrop.h"
 #include "ui/common/IconButton.h"
-#include "ui/common/Look.h"
+#include "ui/common/ToneLabel.h"
 #include "ui/common/WindowFrame.h"
 #include "ui/panel/LanguageRow.h"
 #include "ui/panel/PanelHeader.h"
@@ -19,7 +19,6 @@
 #include <QCloseEvent>
 #include <QFrame>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPushButton>
 #include <QSettings>
 #include <QSplitter>
@@ -114,14 +113,11 @@ QWidget *Panel::buildAIBox()
     examSwitch_ = aiSwitch(QStringLiteral("考试重点"), QStringLiteral("提到考试、作业、截止日期时记下来"));
     keySwitch_ = aiSwitch(QStringLiteral("实时总结"), QStringLiteral("一边上课一边更新整节课的总结；下课时生成完整笔记"));
     vocabSwitch_ = aiSwitch(QStringLiteral("专业词汇"), QStringLiteral("把课上出现的难的专业术语记进单词表（日常词不收）"));
-    auto *heading = new QLabel(QStringLiteral("AI 要点"));
+    auto *heading = new ToneLabel(QStringLiteral("AI 要点"), ToneLabel::Tone::secondary);
     QFont font = heading->font();
     font.setPixelSize(11);
     font.setWeight(QFont::DemiBold);
     heading->setFont(font);
-    QPalette quiet = heading->palette();
-    quiet.setColor(QPalette::WindowText, Look::secondaryText(quiet));
-    heading->setPalette(quiet);
 
     auto *row = new QHBoxLayout;
     row->setContentsMargins(14, 6, 14, 0);

@@ -1,9 +1,8 @@
 #include "ui/panel/StatusLine.h"
 
-#include "ui/common/Look.h"
+#include "ui/common/ToneLabel.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPainter>
 
 namespace {
@@ -18,18 +17,14 @@ constexpr int dotGap = 6;
 
 StatusLine::StatusLine(QWidget *parent)
     : QWidget(parent)
-    , label_(new QLabel)
+    , label_(new ToneLabel({}, ToneLabel::Tone::secondary))
     , dot_(grey)
 {
-    // Statuses carry text from servers and sources: never read as markup.
-    label_->setTextFormat(Qt::PlainText);
+    // Statuses carry text from servers and sources: the label never reads them as markup.
     label_->setAlignment(Qt::AlignCenter);
     QFont font = label_->font();
     font.setPixelSize(11);
     label_->setFont(font);
-    QPalette quiet = label_->palette();
-    quiet.setColor(QPalette::WindowText, Look::secondaryText(quiet));
-    label_->setPalette(quiet);
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(dotSize + dotGap, 0, 0, 0);
     row->addWidget(label_);

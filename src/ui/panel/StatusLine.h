@@ -6,7 +6,7 @@
 #include <QColor>
 #include <QWidget>
 
-class QLabel;
+class ToneLabel;
 
 class StatusLine final : public QWidget
 {
@@ -26,7 +26,7 @@ protected:
 private:
     void elide();
 
-    QLabel *label_;
+    ToneLabel *label_;
     QString text_;
     QColor dot_;
 };

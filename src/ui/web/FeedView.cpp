@@ -9,6 +9,7 @@ FeedView::FeedView(QObject *parent)
     , page_(new PageView(QStringLiteral("qrc:/feed.html"), this))
 {
     page_->onMessage = [this](const QString &name, const QJsonValue &body) { message(name, body); };
+    page_->onReady = [this] { onReady(); };
 }
 
 QWebEngineView *FeedView::web() const

@@ -24,6 +24,8 @@ public:
 
     QWebEngineView *web() const;
     bool ready() const;
+    // Once, when the page has loaded.
+    std::function<void()> onReady = [] {};
 
     // The id of an event whose add button the student pressed.
     std::function<void(const QString &id)> onAddEvent = [](const QString &) {};

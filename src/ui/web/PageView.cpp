@@ -90,6 +90,7 @@ void PageView::loaded(bool ok)
         return;
     ready_ = true;
     flush();
+    onReady();
 }
 
 // Every call waiting since the last turn of the event loop goes in one evaluation: a page round

@@ -35,6 +35,8 @@ public:
     // together, and calls before the load finished wait for it.
     void call(const QString &name, const QJsonArray &args = {});
 
+    // Once, when the page has loaded.
+    std::function<void()> onReady = [] {};
     std::function<void(const QString &name, const QJsonValue &body)> onMessage =
         [](const QString &, const QJsonValue &) {};
 

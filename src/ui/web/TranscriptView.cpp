@@ -19,6 +19,7 @@ TranscriptView::TranscriptView(const QString &look, double fontSize, QObject *pa
     , page_(new PageView(QStringLiteral("qrc:/subtitle.html"), this))
 {
     page_->onMessage = [this](const QString &name, const QJsonValue &body) { message(name, body); };
+    page_->onReady = [this] { onReady(); };
     setLook(look);
     setFontSize(fontSize);
 }

@@ -26,6 +26,8 @@ public:
 
     QWebEngineView *web() const;
     bool ready() const;
+    // Once, when the page has loaded.
+    std::function<void()> onReady = [] {};
 
     // A clicked row's id, once `setSeekable(true)` was called.
     std::function<void(int id)> onLineClick = [](int) {};

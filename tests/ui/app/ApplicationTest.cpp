@@ -26,6 +26,7 @@
 #include <QJsonObject>
 #include <QLineEdit>
 #include <QProcess>
+#include <QScreen>
 #include <QPushButton>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -144,4 +145,85 @@ TEST(Application, TheProgramShowsItsPanelAndEndsCleanlyOnTheSessionsSignal)
     ASSERT_TRUE(program.waitForFinished(20000));
     EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(program.exitCode(), 0) << QByteArray(output + program.readAll()).constData();
+}
+
+TEST(Application, MergingDocksTheBarAboveThePanelWhereverThePanelGoes)
+{
+    DesktopApp app;
+    app.launch();
+    Panel &panel = app.panel();
+    SubtitleWindow &bar = app.subtitles();
+    panel.move(300, 420);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return panel.frame().topLeft() == QPoint(300, 420); }, 5000));
+
+    const auto docked = [&] {
+        const QRect over = panel.frame();
+        const QRect frame = bar.frame();
+        return frame.left() == over.left() && frame.width() == over.width() && frame.bottom() + 1 + 6 == over.top()
+               && frame.height() >= 110;
+    };
+    app.controller().menuMerge();
+    EXPECT_TRUE(bar.isVisible());
+    ASSERT_TRUE(QTest::qWaitFor(docked, 5000)) << bar.frame().x() << ',' << bar.frame().y();
+
+    panel.move(520, 480);
+    ASSERT_TRUE(QTest::qWaitFor(docked, 5000)) << "the bar stays docked when the panel moves";
+    panel.resize(460, panel.height());
+    ASSERT_TRUE(QTest::qWaitFor(docked, 5000)) << "and when it is resized";
+
+    const QRect before = bar.frame();
+    app.controller().menuMerge();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return bar.frame() == before.translated(0, -24); }, 5000));
+    panel.move(300, 420);
+    QTest::qWait(200);
+    EXPECT_EQ(bar.frame(), before.translated(0, -24)) << "apart, the bar stays where it is";
+    app.terminate();
+}
+
+TEST(Application, ScreenshotsOfAClassWithTheBarMergedAndTheChatBesideLightAndDark)
+{
+    // With a key there is no welcome, so no settings sheet stands in front.
+    QTemporaryDir keys;
+    Keychain::useStore(std::make_unique<FileSecretStore>(keys.filePath(u"secrets.json"_s)));
+    ASSERT_TRUE(Keychain::set(u"claude"_s, u"sk-test"_s));
+    for (const QString &theme : {u"light"_s, u"dark"_s}) {
+        Config config;
+        config.theme = theme;
+        ASSERT_TRUE(config.save());
+        DesktopApp app;
+        app.launch();
+        Panel &panel = app.panel();
+        panel.move(80, 260);
+        panel.resize(420, 700);
+        app.chat().move(560, 420);
+        app.chat().toggle();
+        app.controller().menuMerge();
+        const QList<std::pair<QString, QString>> lines{
+            {u"Today we look at marginal cost and why firms care about it."_s, u"今天我们来看边际成本，以及企业为什么关心它。"_s},
+            {u"오늘 수업에서는 한계 비용을 배웁니다."_s, u"今天的课上我们学习边际成本。"_s},
+            {u"Remember: this will be on the midterm, chapter three."_s, u"记住：这会出现在期中考试里，第三章。"_s}};
+        for (TranscriptSurface *surface : {&panel.transcript(), static_cast<TranscriptSurface *>(&app.subtitles().transcript())}) {
+            surface->clear({});
+            for (int i = 0; i < lines.size(); ++i) {
+                surface->addLine(i, lines[i].first);
+                surface->setTranslation(i, lines[i].second);
+            }
+            surface->setDrafts({{u"so the firm should produce more"_s, u"所以企业应该多生产"_s}});
+        }
+        for (FeedSurface *feed : {static_cast<FeedSurface *>(&panel), static_cast<FeedSurface *>(&app.chat())}) {
+            feed->addCard(u"考试重点"_s, u"期中考试考第三章：边际成本与供给曲线。"_s, u"14:12"_s);
+            feed->addCard(u"可以这样回答"_s, u"Because price exceeds marginal cost, each extra unit adds profit."_s, u"14:20"_s);
+            feed->showYou(u"한계 비용이 뭐예요？"_s, {});
+            feed->addReply(u"边际成本（한계 비용）就是多生产一件产品所增加的成本。"_s);
+        }
+        panel.setStatus(u"● 正在听 English · 本机识别"_s);
+        panel.setRecording(true, u"32:08"_s);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return panel.feed().ready() && panel.transcriptView().ready(); }, 30000));
+        QTest::qWait(1500);
+        const QImage screen = QGuiApplication::primaryScreen()->grabWindow(0, 40, 0, 1000, 1000).toImage();
+        if (const QString dir = qEnvironmentVariable("QUILLET_SCREENSHOT_DIR"); !dir.isEmpty())
+            screen.save(dir + u"/app-class-"_s + theme + u".png"_s);
+        EXPECT_FALSE(screen.isNull());
+        app.terminate();
+    }
 }

@@ -1,4 +1,4 @@
-#include "ui/account/ToneLabel.h"
+#include "ui/common/ToneLabel.h"
 
 #include "ui/common/Look.h"
 
