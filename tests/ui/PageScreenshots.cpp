@@ -1,6 +1,7 @@
 // Renders both pages during a class with Chinese and Korean text, light and dark, and checks that
 // something was drawn. With QUILLET_SCREENSHOT_DIR set the pictures are saved there for a look.
 
+#include "support/Screenshots.h"
 #include "ui/common/Look.h"
 #include "ui/panel/Panel.h"
 #include "ui/web/FeedView.h"
@@ -64,21 +65,9 @@ QImage shoot(QWebEngineView *web, const QColor &behind, QSize size, const QStrin
     host.show();
     QTest::qWait(500); // entry animations (200 ms) and fonts settle
     const QImage image = host.grab().toImage();
-    if (const QString dir = qEnvironmentVariable("QUILLET_SCREENSHOT_DIR"); !dir.isEmpty()) {
-        QDir().mkpath(dir);
-        image.save(dir + u'/' + name + u".png"_s);
-    }
+    Screenshots::keep(image, name);
     web->setParent(nullptr);
     return image;
-}
-
-int colours(const QImage &image)
-{
-    QSet<QRgb> seen;
-    for (int y = 0; y < image.height(); y += 3)
-        for (int x = 0; x < image.width(); x += 3)
-            seen.insert(image.pixel(x, y));
-    return int(seen.size());
 }
 
 } // namespace
@@ -112,7 +101,7 @@ TEST(Pages, DrawAClassInChineseAndKoreanInEveryLook)
             image = shoot(view.web(), scene.behind, scene.size, scene.name);
         }
         EXPECT_EQ(image.size(), scene.size) << scene.name.toStdString();
-        EXPECT_GT(colours(image), 40) << scene.name.toStdString() << ": nothing drawn";
+        EXPECT_GT(Screenshots::colours(image), 40) << scene.name.toStdString() << ": nothing drawn";
     }
 }
 
@@ -144,8 +133,7 @@ TEST(Pages, ThePanelDuringAClassStackedAndSideBySideLightAndDark)
         ASSERT_TRUE(QTest::qWaitFor([&] { return panel.feed().ready() && panel.transcriptView().ready(); }, 30000));
         QTest::qWait(600);
         const QImage image = panel.grab().toImage();
-        if (const QString dir = qEnvironmentVariable("QUILLET_SCREENSHOT_DIR"); !dir.isEmpty())
-            image.save(dir + u'/' + scene.name + u".png"_s);
-        EXPECT_GT(colours(image), 40) << scene.name.toStdString() << ": nothing drawn";
+        Screenshots::keep(image, scene.name);
+        EXPECT_GT(Screenshots::colours(image), 40) << scene.name.toStdString() << ": nothing drawn";
     }
 }

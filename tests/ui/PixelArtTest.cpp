@@ -2,6 +2,7 @@
 // them, hard edges at odd sizes, the y axis either way. With QUILLET_SCREENSHOT_DIR set a sheet of
 // every cat and sprite is saved there for a look.
 
+#include "support/Screenshots.h"
 #include "ui/art/PixelCat.h"
 #include "ui/art/PixelIcon.h"
 
@@ -172,8 +173,5 @@ TEST(PixelArt, ScreenshotSheet)
     }
     painter.end();
     EXPECT_GT(coloursOf(sheet).size(), 40);
-    if (const QString dir = qEnvironmentVariable("QUILLET_SCREENSHOT_DIR"); !dir.isEmpty()) {
-        QDir().mkpath(dir);
-        EXPECT_TRUE(sheet.save(dir + u"/pixel-art.png"_s));
-    }
+    Screenshots::keep(sheet, u"pixel-art"_s);
 }

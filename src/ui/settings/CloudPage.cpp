@@ -1,7 +1,7 @@
 #include "ui/settings/CloudPage.h"
 
 #include "ui/settings/SettingsGroup.h"
-#include "ui/settings/ToggleSwitch.h"
+#include "ui/common/ToggleSwitch.h"
 
 using namespace Qt::StringLiterals;
 

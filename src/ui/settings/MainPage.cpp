@@ -3,7 +3,7 @@
 #include "ui/account/MenuRow.h"
 #include "ui/settings/SettingsGroup.h"
 #include "ui/settings/SettingsRows.h"
-#include "ui/settings/ToggleSwitch.h"
+#include "ui/common/ToggleSwitch.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>

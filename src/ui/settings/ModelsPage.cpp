@@ -2,7 +2,7 @@
 
 #include "ui/settings/SettingsGroup.h"
 #include "ui/settings/SettingsRows.h"
-#include "ui/settings/ToggleSwitch.h"
+#include "ui/common/ToggleSwitch.h"
 
 #include <QComboBox>
 #include <QLabel>

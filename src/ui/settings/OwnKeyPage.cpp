@@ -3,7 +3,7 @@
 #include "settings/ProviderInfo.h"
 #include "ui/common/Look.h"
 #include "ui/settings/SettingsGroup.h"
-#include "ui/settings/ToggleSwitch.h"
+#include "ui/common/ToggleSwitch.h"
 
 #include <QComboBox>
 #include <QLabel>

@@ -18,7 +18,7 @@
 #include "ui/settings/SettingsRows.h"
 #include "ui/settings/SettingsWindow.h"
 #include "ui/settings/StoragePage.h"
-#include "ui/settings/ToggleSwitch.h"
+#include "ui/common/ToggleSwitch.h"
 #include "ui/subtitles/SubtitleFonts.h"
 
 #include <QComboBox>

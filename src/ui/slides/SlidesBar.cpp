@@ -2,7 +2,7 @@
 
 #include "ui/common/IconButton.h"
 #include "ui/common/Look.h"
-#include "ui/slides/SlideSwitch.h"
+#include "ui/common/ToggleSwitch.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -27,7 +27,7 @@ SlidesBar::SlidesBar(QWidget *parent)
     , pageLabel_(new QLabel(this))
     , next_(new IconButton(u"chevron.right"_s, u"下一页"_s, this))
     , autoLabel_(new QLabel(u"自动翻页"_s, this))
-    , autoSwitch_(new SlideSwitch(this))
+    , autoSwitch_(new ToggleSwitch(this, {30, 18}))
     , hint_(new QPushButton(this))
 {
     pageLabel_->setObjectName(u"pageLabel"_s);

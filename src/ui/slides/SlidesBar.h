@@ -11,7 +11,7 @@
 class IconButton;
 class QLabel;
 class QPushButton;
-class SlideSwitch;
+class ToggleSwitch;
 
 class SlidesBar final : public QWidget
 {
@@ -44,6 +44,6 @@ private:
     QLabel *pageLabel_;
     IconButton *next_;
     QLabel *autoLabel_;
-    SlideSwitch *autoSwitch_;
+    ToggleSwitch *autoSwitch_;
     QPushButton *hint_;
 };

@@ -1,6 +1,7 @@
 // Every sign-in step and account page, light and dark, with Chinese text: checks that each is
 // drawn, and with QUILLET_SCREENSHOT_DIR set saves them there ("account-<page>-<look>.png").
 
+#include "support/Screenshots.h"
 #include "RelayFixture.h"
 
 #include "EventLoop.h"
@@ -23,15 +24,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-int colours(const QImage &image)
-{
-    QSet<QRgb> seen;
-    for (int y = 0; y < image.height(); y += 2)
-        for (int x = 0; x < image.width(); x += 2)
-            seen.insert(image.pixel(x, y));
-    return int(seen.size());
-}
 
 InboxMessage lecture()
 {
@@ -61,11 +53,8 @@ protected:
     {
         runEventsFor(settle);
         const QImage image = widget->grab().toImage();
-        EXPECT_GT(colours(image), 12) << name.toStdString();
-        if (const QString dir = qEnvironmentVariable("QUILLET_SCREENSHOT_DIR"); !dir.isEmpty()) {
-            QDir().mkpath(dir);
-            image.save(dir + u"/account-"_s + name + u'-' + Look::theme() + u".png"_s);
-        }
+        EXPECT_GT(Screenshots::colours(image), 12) << name.toStdString();
+        Screenshots::keep(image, u"account-"_s + name + u'-' + Look::theme());
     }
 
     void press(LoginWindow &window, LoginWindow::Step until)

@@ -1,6 +1,7 @@
 // The library with fifty classes in Chinese and Korean, one open on its transcript, light and dark.
 // With QUILLET_SCREENSHOT_DIR set the pictures are saved there as library-*.png for a look.
 
+#include "support/Screenshots.h"
 #include "LibraryFixture.h"
 
 #include "ui/common/Look.h"
@@ -21,15 +22,6 @@ const QList<std::pair<QString, QString>> lecture = {
     {u"다음 주까지 과제를 제출하세요."_s, u"下周之前提交作业。"_s},
     {u"질문 있으면 지금 해 주세요."_s, u"有问题的话现在问吧。"_s},
 };
-
-int colours(const QImage &image)
-{
-    QSet<QRgb> seen;
-    for (int y = 0; y < image.height(); y += 3)
-        for (int x = 0; x < image.width(); x += 3)
-            seen.insert(image.pixel(x, y));
-    return int(seen.size());
-}
 
 } // namespace
 
@@ -58,10 +50,7 @@ TEST_F(LibraryScreenshots, FiftyClassesInChineseAndKoreanLightAndDark)
         SessionStore::write(data, folder);
     }
     const auto save = [](const QImage &image, const QString &name) {
-        if (const QString dir = qEnvironmentVariable("QUILLET_SCREENSHOT_DIR"); !dir.isEmpty()) {
-            QDir().mkpath(dir);
-            image.save(dir + u"/library-"_s + name + u".png"_s);
-        }
+        Screenshots::keep(image, u"library-"_s + name);
     };
     for (const QString &theme : {u"light"_s, u"dark"_s}) {
         Look::apply(theme);
@@ -75,7 +64,7 @@ TEST_F(LibraryScreenshots, FiftyClassesInChineseAndKoreanLightAndDark)
         QTest::qWait(700);   // the page's fonts and its scroll settle
         const QImage image = window_->grab().toImage();
         save(image, theme);
-        EXPECT_GT(colours(image), 60) << theme.toStdString() << ": nothing drawn";
+        EXPECT_GT(Screenshots::colours(image), 60) << theme.toStdString() << ": nothing drawn";
         window_->detail()->setTab(LibraryDetail::aiNotesTab);
         save(window_->grab().toImage(), theme + u"-notes"_s);
         window_->detail()->setTab(LibraryDetail::transcriptTab);

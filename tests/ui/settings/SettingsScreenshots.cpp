@@ -2,6 +2,7 @@
 // the clean-up on, and checks that each was drawn. With QUILLET_SCREENSHOT_DIR set the pictures
 // are saved there as settings-<page>-<look>.png for a look.
 
+#include "support/Screenshots.h"
 #include "SheetFixture.h"
 
 #include "settings/UserDefaults.h"
@@ -20,15 +21,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using SettingsScreenshots = SheetFixture;
-
-int colours(const QImage &image)
-{
-    QSet<QRgb> seen;
-    for (int y = 0; y < image.height(); y += 2)
-        for (int x = 0; x < image.width(); x += 2)
-            seen.insert(image.pixel(x, y));
-    return int(seen.size());
-}
 
 TEST_F(SettingsScreenshots, EveryPageLightAndDark)
 {
@@ -59,11 +51,8 @@ TEST_F(SettingsScreenshots, EveryPageLightAndDark)
             QTest::qWait(250);   // the window's height follows the page in 150 ms
             const QImage image = sheet.window()->grab().toImage();
             EXPECT_EQ(image.width(), 480 * image.devicePixelRatio());
-            EXPECT_GT(colours(image), 50) << "text and controls were drawn";
-            if (const QString dir = qEnvironmentVariable("QUILLET_SCREENSHOT_DIR"); !dir.isEmpty()) {
-                QDir().mkpath(dir);
-                image.save(dir + u"/settings-" + name + u'-' + look + u".png");
-            }
+            EXPECT_GT(Screenshots::colours(image), 50) << "text and controls were drawn";
+            Screenshots::keep(image, u"settings-" + name + u'-' + look);
             if (!row.isEmpty())
                 sheet.window()->currentPage()->findChild<QAbstractButton *>(u"backButton"_s)->click();
         }

@@ -2,6 +2,7 @@
 // that the page is drawn white on the window's background. With QUILLET_SCREENSHOT_DIR set the
 // pictures are saved there for a look.
 
+#include "support/Screenshots.h"
 #include "ui/slides/SlidesWindow.h"
 
 #include "EventLoop.h"
@@ -25,10 +26,7 @@ QImage shoot(QWidget &window, const QString &name)
 {
     QTest::qWait(300);  // the page renders on a worker of QtPdf
     const QImage image = window.grab().toImage();
-    if (const QString dir = qEnvironmentVariable("QUILLET_SCREENSHOT_DIR"); !dir.isEmpty()) {
-        QDir().mkpath(dir);
-        image.save(dir + u"/slides-"_s + name + u".png"_s);
-    }
+    Screenshots::keep(image, u"slides-"_s + name);
     return image;
 }
 

@@ -3,6 +3,7 @@
 // behind shows through the bar's surface. With QUILLET_SCREENSHOT_DIR set the pictures are saved
 // there for a look.
 
+#include "support/Screenshots.h"
 #include "ui/subtitles/SubtitleWindow.h"
 
 #include "CompositorSelection.h"
@@ -72,10 +73,7 @@ QImage compose(QWidget &behind, const QList<QWidget *> &above)
 
 void save(const QImage &image, const QString &name)
 {
-    if (const QString dir = qEnvironmentVariable("QUILLET_SCREENSHOT_DIR"); !dir.isEmpty()) {
-        QDir().mkpath(dir);
-        image.save(dir + u"/subtitles-"_s + name + u".png"_s);
-    }
+    Screenshots::keep(image, u"subtitles-"_s + name);
 }
 
 } // namespace

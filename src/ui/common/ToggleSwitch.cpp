@@ -1,34 +1,29 @@
-#include "ui/settings/ToggleSwitch.h"
+#include "ui/common/ToggleSwitch.h"
 
 #include "ui/common/Look.h"
 
 #include <QPainter>
 
-namespace {
-
-constexpr int trackWidth = 38;
-constexpr int trackHeight = 22;
-
-} // namespace
-
-ToggleSwitch::ToggleSwitch(QWidget *parent)
+ToggleSwitch::ToggleSwitch(QWidget *parent, QSize size)
     : QAbstractButton(parent)
+    , size_(size)
 {
     setCheckable(true);
+    setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
 QSize ToggleSwitch::sizeHint() const
 {
-    return {trackWidth, trackHeight};
+    return size_;
 }
 
 void ToggleSwitch::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF track = QRectF(0, 0, trackWidth, trackHeight).adjusted(1, 1, -1, -1);
+    const QRectF track = QRectF(QPointF(0, 0), QSizeF(size_)).adjusted(1, 1, -1, -1);
     QColor off = palette().color(QPalette::WindowText);
     off.setAlphaF(Look::isDark(palette()) ? 0.25f : 0.18f);
     QColor on = palette().color(QPalette::Highlight);
@@ -47,6 +42,6 @@ void ToggleSwitch::paintEvent(QPaintEvent *)
         ring.setAlphaF(0.5f);
         painter.setPen(QPen(ring, 1.5));
         painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(0.75, 0.75, -0.75, -0.75), trackHeight / 2.0, trackHeight / 2.0);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.75, 0.75, -0.75, -0.75), size_.height() / 2.0, size_.height() / 2.0);
     }
 }

@@ -4,16 +4,21 @@
 // button underneath: click, Space and toggled() as usual. Main thread only.
 
 #include <QAbstractButton>
+#include <QSize>
 
 class ToggleSwitch final : public QAbstractButton
 {
     Q_OBJECT
 
 public:
-    explicit ToggleSwitch(QWidget *parent = nullptr);
+    // `size` is the track's; the settings rows use the default, the slide bar a smaller one.
+    explicit ToggleSwitch(QWidget *parent = nullptr, QSize size = {38, 22});
 
     QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    QSize size_;
 };
