@@ -3,6 +3,7 @@
 #include "settings/Config.h"
 #include "ui/DesktopApp.h"
 #include "ui/common/Look.h"
+#include "ui/common/Rendering.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -21,6 +22,7 @@ int main(int argc, char *argv[])
     // through XWayland unless the student chose a platform.
     if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY") && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "xcb");
+    Rendering::choose();
     QElapsedTimer started;
     started.start();
     QCoreApplication::setOrganizationName(QStringLiteral("Quillet"));

@@ -5,6 +5,7 @@
 // processes (the page's renderer and its compositor), and both together. Needs an X display
 // (xvfb-run -a -s "-screen 0 1920x1080x24") and QTWEBENGINE_DISABLE_SANDBOX=1 as root.
 
+#include "ui/common/Rendering.h"
 #include "ui/subtitles/SubtitleWindow.h"
 
 #include <QApplication>
@@ -123,6 +124,7 @@ int main(int argc, char *argv[])
     QTemporaryDir home;
     qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
     QApplication::setApplicationName(QStringLiteral("quillet-bench"));
+    Rendering::choose();
     QApplication app(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

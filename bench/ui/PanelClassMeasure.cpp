@@ -3,6 +3,7 @@
 // while 10 rows and 10 draft updates arrive every second, and whether every row arrived in order.
 // Run under a display (xvfb-run); an optional argument gives the measured seconds (30).
 
+#include "ui/common/Rendering.h"
 #include "ui/panel/Panel.h"
 #include "ui/web/FeedView.h"
 #include "ui/web/TranscriptView.h"
@@ -76,6 +77,7 @@ QVariant evaluate(QWebEngineView *web, const QString &script)
 int main(int argc, char *argv[])
 {
     setpgid(0, 0);
+    Rendering::choose();
     QApplication application(argc, argv);
     const int seconds = argc > 1 ? std::atoi(argv[1]) : 30;
 

@@ -30,7 +30,7 @@ class SubtitleWindow final : public QWidget, public SubtitleView
     Q_OBJECT
 
 public:
-    static constexpr auto frameName = "QuilletSubtitles";
+    static constexpr auto frameName = "MarrowlineSubtitles";
     static constexpr auto opacityKey = "subtitle.opacity";
     static constexpr QSize defaultSize{760, 190};
     static constexpr QSize smallestSize{320, 90};
