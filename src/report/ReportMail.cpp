@@ -4,10 +4,10 @@
 #include "platform/PoolTask.h"
 #include "account/Relay.h"
 #include "report/MindMapImage.h"
+#include "text/LocalDate.h"
 #include "text/Regex.h"
 
 #include <QJsonObject>
-#include <QLocale>
 
 #include <chrono>
 
@@ -79,19 +79,6 @@ QString eventsHtml(const QList<ClassEvent> &events)
     return html + u"</ul><p style=\"color:#888;font-size:12px\">在 Quillet 的消息中心里可以一键加入日历。</p>";
 }
 
-// Year, short month, day, hour with a short day-half marker, and minute, in the order of the
-// user's language.
-QString dateText(const QDateTime &date)
-{
-    const QLocale locale;
-    QString pattern = u"MMM d, yyyy, h:mm AP"_s;
-    if (locale.language() == QLocale::Chinese || locale.language() == QLocale::Japanese)
-        pattern = u"yyyy年M月d日 AP h:mm"_s;
-    else if (locale.language() == QLocale::Korean)
-        pattern = u"yyyy년 M월 d일 AP h:mm"_s;
-    return locale.toString(date.toLocalTime(), pattern);
-}
-
 Outcome deliver(const QUrl &url, const QString &token, const QJsonObject &body)
 {
     const auto reply = Http::postJSON(url, {{QString::fromLatin1(Relay::sessionHeader), token}}, body, 40s);
@@ -144,7 +131,7 @@ QString html(const QString &title, const QDateTime &date, const ClassReport &rep
     return u"<div style=\"font-family:-apple-system,'PingFang SC',sans-serif;color:#1d1d1f;max-width:640px;"
            u"margin:0 auto;line-height:1.6;font-size:14px\">\n<p style=\"color:#888;font-size:12px;margin:0\">"
            u"Quillet 课堂笔记 · "
-           + escape(dateText(date)) + u"</p>\n<h2 style=\"font-size:20px;margin:6px 0 14px\">" + escape(title)
+           + escape(Text::localDateText(date, Text::WithYear::yes)) + u"</p>\n<h2 style=\"font-size:20px;margin:6px 0 14px\">" + escape(title)
            + u"</h2>\n" + notesHtml(report.notes) + eventsHtml(report.events) + image
            + u"\n<p style=\"color:#aaa;font-size:11px;margin-top:28px\">由 Quillet 根据课堂录音整理，已与文字稿逐条核对。"
              u"可在 Quillet 设置里关闭邮件。</p>\n</div>";

@@ -1,12 +1,12 @@
 #include "ui/account/InboxPage.h"
 
 #include "report/Inbox.h"
+#include "text/LocalDate.h"
 #include "ui/account/AccountLook.h"
 #include "ui/account/MenuRow.h"
 #include "ui/account/PageTitle.h"
 #include "ui/account/Scroller.h"
 
-#include <QLocale>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -42,13 +42,7 @@ InboxPage::InboxPage(QWidget *parent)
 
 QString InboxPage::dateText(const QDateTime &date)
 {
-    const QLocale locale;
-    QString pattern = u"MMM d, h:mm AP"_s;
-    if (locale.language() == QLocale::Chinese || locale.language() == QLocale::Japanese)
-        pattern = u"M月d日 AP h:mm"_s;
-    else if (locale.language() == QLocale::Korean)
-        pattern = u"M월 d일 AP h:mm"_s;
-    return locale.toString(date.toLocalTime(), pattern);
+    return Text::localDateText(date, Text::WithYear::no);
 }
 
 void InboxPage::reload()
